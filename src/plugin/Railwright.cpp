@@ -1,0 +1,188 @@
+#include "plugin/Railwright.h"
+
+#include <optional>
+
+#include "support/SupportingFunctions.h"
+#include "wizard/frmWizard.h"
+
+namespace railwright::plugin {
+namespace {
+
+constexpr std::string_view kPluginName = "Railwright";
+constexpr std::string_view kPluginAuthor = "The Railwright developers";
+
+// The settings indices that the apply flow itself reads.
+constexpr size_t kLongExportMsts = 37;
+constexpr size_t kLongExportRailSimulator = 38;
+constexpr size_t kLongExportToDocumentsFolder = 43;
+constexpr size_t kLongExportRailWorks = 44;
+
+// Runs one step of the flow; a failure is reported and the flow goes on where it can.
+template <typename Step>
+bool Attempt(support::UserInterface& ui, Step&& step) noexcept {
+    try {
+        step();
+        return true;
+    } catch (...) {
+        try {
+            support::ReportCurrentError(ui);
+        } catch (...) {
+            // Nothing may reach the host, not even a failing report.
+        }
+        return false;
+    }
+}
+
+}  // namespace
+
+SettingsFields SplitSettingsText(const std::string& text) {
+    SettingsFields fields;
+    const size_t p1 = text.find('|');
+    if (p1 == std::string::npos) {
+        fields[0] = text;
+        return fields;
+    }
+    // Positions as the text holds them; a separator missing from the text reads as position 0,
+    // which makes the lengths below negative, and a negative length takes nothing.
+    const auto position = [&text](std::string_view separator) -> long long {
+        const size_t found = text.find(separator);
+        return found == std::string::npos ? 0 : static_cast<long long>(found) + 1;
+    };
+    const long long bar1 = static_cast<long long>(p1) + 1;
+    const long long bar2 = position("||");
+    const long long bar3 = position("|||");
+    const auto mid = [&text](long long start, long long length) -> std::string {
+        if (start < 1 || start > static_cast<long long>(text.size()) || length <= 0) {
+            return {};
+        }
+        return text.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
+    };
+    fields[0] = text.substr(0, p1);
+    fields[1] = mid(bar1 + 1, bar2 - bar1 - 1);
+    fields[2] = mid(bar2 + 2, bar3 - bar2 - 2);
+    fields[3] = bar3 == 0 ? std::string{} : mid(bar3 + 3, static_cast<long long>(text.size()));
+    return fields;
+}
+
+Railwright::Railwright(support::Platform& platform, host::Viewer& viewer, ExportDrivers& exports)
+    : platform_(platform), fonts_(platform.system), viewer_(viewer), exports_(exports) {}
+
+std::string Railwright::Plugin_Name() const { return std::string(kPluginName); }
+
+std::string Railwright::Plugin_Author() const { return std::string(kPluginAuthor); }
+
+int32_t Railwright::Plugin_PluginClass() const { return 1; }
+
+void Railwright::Plugin_GetValidation(Validation&) const {}
+
+bool Railwright::Plugin_Apply(const std::shared_ptr<host::Scripting>& scene,
+                              const std::shared_ptr<host::HostContext>& sceneGraph, int32_t,
+                              std::vector<float>& userDataSingles,
+                              std::vector<int32_t>& userDataLongs,
+                              std::string& userDataString) noexcept {
+    support::UserInterface& ui = platform_.ui;
+    // 1. The module-wide references.
+    scene_ = scene;
+    sceneGraph_ = sceneGraph;
+    if (scene_ && sceneGraph_) {
+        Attempt(ui, [&] {
+            wizard::frmWizard wizard(platform_, fonts_, {*scene_, *sceneGraph_, viewer_});
+            // 2, 3, 5. A failure here leaves nothing to show: straight on to the notifications.
+            const bool ready = Attempt(ui, [&] {
+                wizard.SetOptions(userDataString, userDataSingles, userDataLongs);
+                wizard.SetFinishClicked(false);
+                wizard.SetSceneGraph(scene_->RootGroup()->SceneGraph());
+            });
+            if (ready) {
+                // 4, 6 to 11. A view that cannot be placed still opens the wizard.
+                Attempt(ui, [&] { PlaceView(); });
+                // 12.
+                Attempt(ui, [&] { ui.ShowModal(wizard); });
+                // 13 to 17.
+                if (wizard.FinishClicked()) {
+                    Attempt(ui, [&] {
+                        wizard.GetOptions(userDataString, userDataSingles, userDataLongs);
+                        RunExports(userDataSingles, userDataLongs, userDataString);
+                    });
+                }
+            }
+            // 18, 19.
+            NotifyHost();
+            Attempt(ui, [&] { wizard.Unload(); });
+        });
+    }
+    // 20.
+    scene_.reset();
+    sceneGraph_.reset();
+    return true;
+}
+
+void Railwright::PlaceView() {
+    const host::ViewArea area = scene_->GetViewArea();
+    viewer_.Attach(*sceneGraph_, *scene_);
+    const float centreX = area.x + area.size / 2;
+    const float centreZ = area.z + area.size / 2;
+    const auto pointAt = [this](float x, float y, float z) {
+        viewer_.SetPointX(x);
+        viewer_.SetPointY(y);
+        viewer_.SetPointZ(z);
+    };
+    pointAt(centreX, area.y, centreZ);
+
+    // The first group below the root that holds geometry.
+    const int32_t count = scene_->GroupCount();
+    int32_t i = 1;
+    while (i < count && scene_->Group(i)->ShapeCount() < 1) {
+        ++i;
+    }
+    // With no geometry there is nothing to look at: the view stays on the area's centre.
+    if (i < count) {
+        std::shared_ptr<host::SceneGroup> root = scene_->RootGroup();
+        const host::Vector3 position = scene_->Group(i)->GetPosition(*root, host::kCurrentPose);
+        pointAt(position.x, position.y, position.z);
+        viewer_.LookAtPoint();
+    }
+    pointAt(centreX, area.y, centreZ);
+}
+
+void Railwright::RunExports(std::vector<float>& userDataSingles,
+                            std::vector<int32_t>& userDataLongs,
+                            const std::string& userDataString) {
+    const SettingsFields fields = SplitSettingsText(userDataString);
+    const bool toDocuments = userDataLongs.at(kLongExportToDocumentsFolder) == 1;
+    // The gate is a bitwise and of the previous result (all ones or 0) with the stored choice.
+    int32_t ok = -1;
+    const auto run = [&](auto&& driver) {
+        std::shared_ptr<host::SceneGraph> graph = scene_->RootGroup()->SceneGraph();
+        std::shared_ptr<host::Application> application = sceneGraph_->Application();
+        const ExportArguments arguments{*scene_,        *graph, *application, userDataSingles,
+                                        userDataLongs, fields, toDocuments};
+        bool succeeded = false;
+        Attempt(platform_.ui, [&] { succeeded = driver(arguments); });
+        ok = succeeded ? -1 : 0;
+    };
+    if (userDataLongs.at(kLongExportMsts) != 0) {
+        run([this](const ExportArguments& arguments) { return exports_.ExportToMsts(arguments); });
+    }
+    if ((ok & userDataLongs.at(kLongExportRailSimulator)) != 0) {
+        run([this](const ExportArguments& arguments) {
+            return exports_.ExportRailWorks(arguments, false);
+        });
+    }
+    if ((ok & userDataLongs.at(kLongExportRailWorks)) != 0) {
+        run([this](const ExportArguments& arguments) {
+            return exports_.ExportRailWorks(arguments, true);
+        });
+    }
+}
+
+void Railwright::NotifyHost() {
+    Attempt(platform_.ui, [&] {
+        std::shared_ptr<host::Application> application = sceneGraph_->Application();
+        application->Redraw(1);
+        application->RefreshPanel("SysProperties");
+        application->SetStatus(100);
+    });
+}
+
+}  // namespace railwright::plugin

@@ -1,0 +1,189 @@
+#include "support/DialogModel.h"
+
+#include <utility>
+
+namespace railwright::support {
+
+Control::Control(DialogModel& owner, ControlKind kind, std::string name, int index)
+    : owner_(owner), kind_(kind), name_(std::move(name)), index_(index) {
+    if (kind != ControlKind::View) {
+        font_ = Font{};
+    }
+}
+
+void Control::SetText(std::string text) {
+    if (text == text_) {
+        return;
+    }
+    text_ = std::move(text);
+    if (onChange) {
+        onChange();
+    }
+}
+
+void Control::SetValue(int32_t value) {
+    if (value == value_) {
+        return;
+    }
+    value_ = value;
+    if (kind_ == ControlKind::OptionButton && value != 0) {
+        owner_.ClearOtherOptions(*this);
+    }
+    if (onClick) {
+        onClick();
+    }
+}
+
+void Control::SetFont(Font font) {
+    if (font_) {
+        font_ = std::move(font);
+    }
+}
+
+void Control::Clear() {
+    list_.clear();
+    listIndex_ = -1;
+    text_.clear();
+}
+
+void Control::AddItem(std::string item) { list_.push_back(std::move(item)); }
+
+void Control::SetListIndex(int index) {
+    if (index < -1 || index >= static_cast<int>(list_.size()) || index == listIndex_) {
+        return;
+    }
+    listIndex_ = index;
+    text_ = index < 0 ? std::string{} : list_[static_cast<size_t>(index)];
+    if (onClick) {
+        onClick();
+    }
+}
+
+int Control::FindItem(std::string_view text) const {
+    for (size_t i = 0; i < list_.size(); ++i) {
+        if (list_[i] == text) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+DialogModel::DialogModel(std::string name) : name_(std::move(name)) {}
+
+void DialogModel::Load() {
+    if (loaded_) {
+        return;
+    }
+    loaded_ = true;
+    OnLoad();
+}
+
+void DialogModel::Unload() {
+    if (!loaded_) {
+        return;
+    }
+    OnUnload();
+    loaded_ = false;
+}
+
+std::vector<Control*> DialogModel::Controls() {
+    std::vector<Control*> all;
+    all.reserve(controls_.size());
+    for (Control& control : controls_) {
+        all.push_back(&control);
+    }
+    return all;
+}
+
+Control* DialogModel::Find(std::string_view name, int index) {
+    for (Control& control : controls_) {
+        if (control.Name() == name && control.Index() == index) {
+            return &control;
+        }
+    }
+    return nullptr;
+}
+
+bool DialogModel::IsArray(std::string_view name) const {
+    for (const Control& control : controls_) {
+        if (control.Name() == name) {
+            return control.Index() >= 0;
+        }
+    }
+    return false;
+}
+
+void DialogModel::Click(Control& control) {
+    switch (control.Kind()) {
+        case ControlKind::CheckBox:
+            control.SetValue(control.Value() == 0 ? 1 : 0);
+            break;
+        case ControlKind::OptionButton:
+            // A click on an option already set still reports the click.
+            if (control.Value() != 0) {
+                if (control.onClick) {
+                    control.onClick();
+                }
+            } else {
+                control.SetValue(1);
+            }
+            break;
+        default:
+            if (control.onClick) {
+                control.onClick();
+            }
+            break;
+    }
+}
+
+bool DialogModel::Select(Control& control, std::string_view entry) {
+    const int index = control.FindItem(entry);
+    if (index < 0) {
+        return false;
+    }
+    control.SetListIndex(index);
+    return true;
+}
+
+void DialogModel::Type(Control& control, std::string text) {
+    control.SetText(std::move(text));
+    Leave(control);
+}
+
+void DialogModel::Leave(Control& control) {
+    if (control.onLeave) {
+        control.onLeave();
+    }
+}
+
+void DialogModel::Move(int32_t left, int32_t top) {
+    left_ = left;
+    top_ = top;
+}
+
+Control& DialogModel::Add(ControlKind kind, std::string name, std::string caption) {
+    Control& control = controls_.emplace_back(*this, kind, std::move(name), -1);
+    control.SetCaption(std::move(caption));
+    return control;
+}
+
+ControlArray DialogModel::AddArray(ControlKind kind, const std::string& name, int count) {
+    ControlArray array;
+    for (int i = 0; i < count; ++i) {
+        array.elements_.push_back(&controls_.emplace_back(*this, kind, name, i));
+    }
+    return array;
+}
+
+void DialogModel::ClearOtherOptions(Control& chosen) {
+    if (chosen.Index() < 0) {
+        return;
+    }
+    for (Control& control : controls_) {
+        if (&control != &chosen && control.Name() == chosen.Name()) {
+            control.value_ = 0;
+        }
+    }
+}
+
+}  // namespace railwright::support
