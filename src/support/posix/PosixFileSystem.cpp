@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
@@ -15,7 +16,9 @@
 namespace railwright::support::posix {
 namespace {
 
-char UpperAscii(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+char UpperAscii(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 // The length of the UTF-8 sequence starting at `text[at]`, never past the end; a stray byte
 // counts as one character.
@@ -34,7 +37,8 @@ size_t CharacterLength(std::string_view text, size_t at) {
 
 bool LessByName(const std::string& a, const std::string& b) {
     const auto upperLess = [](char x, char y) {
-        return static_cast<unsigned char>(UpperAscii(x)) < static_cast<unsigned char>(UpperAscii(y));
+        return static_cast<unsigned char>(UpperAscii(x)) <
+               static_cast<unsigned char>(UpperAscii(y));
     };
     if (std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), upperLess)) {
         return true;
@@ -160,6 +164,34 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern) {
     return p == pattern.size();
 }
 
+bool ReplaceFile(const std::string& path, std::string_view bytes) {
+    static std::atomic<uint64_t> counter{0};
+    const size_t slash = path.rfind('/');
+    const std::string folder =
+        slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+    // A short name of our own beside the target: a long target name leaves no room for a suffix.
+    std::string temporary;
+    int descriptor = -1;
+    for (int attempt = 0; attempt < 100 && descriptor < 0; ++attempt) {
+        temporary = folder + ".railwright-" + std::to_string(getpid()) + "-" +
+                    std::to_string(counter++) + ".tmp";
+        descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor < 0 && errno != EEXIST) {
+            return false;
+        }
+    }
+    if (descriptor < 0) {
+        return false;
+    }
+    const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
+    const bool closed = close(descriptor) == 0;
+    if (!written || !closed || rename(temporary.c_str(), path.c_str()) != 0) {
+        unlink(temporary.c_str());
+        return false;
+    }
+    return true;
+}
+
 PosixFileSystem::PosixFileSystem(std::string aliasRoot)
     : aliasRoot_(aliasRoot.empty() ? DefaultAliasFolder() : std::move(aliasRoot)) {}
 
@@ -169,7 +201,9 @@ bool PosixFileSystem::CreateFolder(const std::string& path) {
     return FolderExists(path);
 }
 
-void PosixFileSystem::DeleteFile(const std::string& path) noexcept { unlink(path.c_str()); }
+void PosixFileSystem::DeleteFile(const std::string& path) noexcept {
+    unlink(path.c_str());
+}
 
 bool PosixFileSystem::CopyFile(const std::string& from, const std::string& to) {
     std::error_code error;
@@ -199,32 +233,14 @@ std::vector<std::string> PosixFileSystem::ListFolders(const std::string& folder)
 }
 
 bool PosixFileSystem::WriteFile(const std::string& path, std::string_view bytes) {
-    const size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-    // A short name of our own beside the target: a long target name leaves no room for a suffix.
-    std::string temporary;
-    int descriptor = -1;
-    for (int attempt = 0; attempt < 100 && descriptor < 0; ++attempt) {
-        temporary = folder + ".railwright-" + std::to_string(getpid()) + "-" +
-                    std::to_string(writeCounter_++) + ".tmp";
-        descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor < 0 && errno != EEXIST) {
-            return false;
-        }
-    }
-    if (descriptor < 0) {
-        return false;
-    }
-    const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
-    const bool closed = close(descriptor) == 0;
-    if (!written || !closed || rename(temporary.c_str(), path.c_str()) != 0) {
-        unlink(temporary.c_str());
-        return false;
-    }
-    return true;
+    return ReplaceFile(path, bytes);
 }
 
 std::optional<std::string> PosixFileSystem::ReadFile(const std::string& path) {
+    return ReadWholeFile(path);
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
         return std::nullopt;

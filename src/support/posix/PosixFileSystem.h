@@ -1,7 +1,6 @@
 // Files and folders on a POSIX system, behaving as the Windows calls the system was made for.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +15,16 @@ namespace railwright::support::posix {
 // dot, as it does on Windows.
 bool MatchesWildcard(std::string_view name, std::string_view pattern);
 
+// Writes `bytes` to a new file beside `path` and renames it into place, so that `path` is either
+// its old self or the whole new file, never a part; false (and no trace) on failure. The folder
+// must exist.
+[[nodiscard]] bool ReplaceFile(const std::string& path, std::string_view bytes);
+
+// The whole of a regular file; empty when it cannot be read.
+std::optional<std::string> ReadWholeFile(const std::string& path);
+
 class PosixFileSystem : public FileSystem {
-public:
+  public:
     // `aliasRoot` is where ShortPath keeps its aliases; empty picks the per-user folder
     // railwright-short-<uid> under $TMPDIR (or /tmp).
     explicit PosixFileSystem(std::string aliasRoot = {});
@@ -32,8 +39,7 @@ public:
     std::vector<std::string> ListFiles(const std::string& folder,
                                        std::string_view pattern) override;
     std::vector<std::string> ListFolders(const std::string& folder) override;
-    // Writes a temporary file beside the target and renames it into place, so that the target is
-    // either the old file or the whole new one, never a part.
+    // Through ReplaceFile.
     [[nodiscard]] bool WriteFile(const std::string& path, std::string_view bytes) override;
     std::optional<std::string> ReadFile(const std::string& path) override;
     // POSIX has no short names. A path that a Windows command line can carry unquoted (no blank,
@@ -47,14 +53,13 @@ public:
     // alias can be made the path itself is returned. Empty when the path does not exist.
     std::string ShortPath(const std::string& path) override;
 
-private:
+  private:
     // The alias folder, created 0700 on first use; empty when it cannot be made or is not ours.
     std::string AliasFolder();
     // A link at `linkPath` pointing at `target`, reused or replaced; false on failure.
     static bool MakeLink(const std::string& linkPath, const std::string& target);
 
     std::string aliasRoot_;
-    uint64_t writeCounter_ = 0;  // names WriteFile's temporary files
 };
 
 }  // namespace railwright::support::posix
