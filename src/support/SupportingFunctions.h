@@ -83,6 +83,8 @@ std::string TopLevelAncestorName(host::Scripting& scripting, host::SceneGroup& g
 
 // Text helpers used throughout.
 std::string ToUpper(std::string_view text);
+// ASCII letters only, as ToUpper: file names built from a project name must agree everywhere.
+std::string ToLower(std::string_view text);
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 bool StartsWithIgnoreCase(std::string_view text, std::string_view prefix);
 bool EndsWithIgnoreCase(std::string_view text, std::string_view suffix);

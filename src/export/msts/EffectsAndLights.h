@@ -1,0 +1,54 @@
+// Effects, placeholder-driven lines and lights of the engine and wagon files.
+//
+// The placeholder writers look for their marker groups ("RailwrightPlaceholder-" + a role name)
+// with a name test that never succeeds (IsPlaceholderFor), so the effects sections are written
+// as bare skeletons and no position or intake point line comes from a placeholder.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "export/msts/MstsTextFile.h"
+#include "host/Host.h"
+
+namespace railwright::exportmsts {
+
+// The placeholder name test of the writers below: the first (role length + 15) characters of the
+// group's name against the whole placeholder name, ignoring case. The placeholder name is longer
+// than the part of the group's name that is compared, so this never matches; kept on purpose.
+bool IsPlaceholderFor(std::string_view groupName, std::string_view roleName);
+
+// How an emitter entry's direction line is found.
+enum class EmitterDirection {
+    Given,             // the direction passed by the caller
+    AlongPlaceholder,  // from the placeholder's origin towards the centre of its box
+};
+
+struct EmitterOptions {
+    std::string_view nameSuffix;  // appended to the effect name ("StackFX")
+    host::Vector3 direction;
+    bool numbered = false;  // a running number from 1 after the suffix ("Exhaust1")
+    EmitterDirection directionSource = EmitterDirection::Given;
+};
+
+// The steam and diesel effects sections; electric engines have none.
+void WriteSteamEffects(MstsTextFile& file);
+void WriteDieselEffects(MstsTextFile& file);
+
+// One entry for every placeholder of the effect.
+void WriteEffectEmitters(MstsTextFile& file, std::string_view effectName,
+                         const EmitterOptions& options);
+
+// "    <role> ( x y z )" at the placeholder of the role.
+void WritePlaceholderPosition(MstsTextFile& file, std::string_view roleName);
+
+// "    IntakePoint ( <position along the vehicle> <extent along it> <role> )" at the placeholder.
+void WriteIntakePoint(MstsTextFile& file, std::string_view roleName);
+
+// The lights section for the host's lights; nothing when the model has none.
+void WriteLights(MstsTextFile& file);
+
+// The light's colour as red, green and blue, two lower-case hexadecimal digits each.
+std::string LightColourText(const host::Light& light);
+
+}  // namespace railwright::exportmsts
