@@ -32,7 +32,7 @@ namespace railwright::support::posix {
 std::string DefaultSettingsPath(const EnvironmentLookup& environment);
 
 class FileSettingsStore : public SettingsStore {
-  public:
+public:
     explicit FileSettingsStore(std::string path);
 
     const std::string& Path() const { return path_; }
@@ -46,7 +46,7 @@ class FileSettingsStore : public SettingsStore {
     void SaveSetting(const std::string& application, const std::string& section,
                      const std::string& key, const std::string& value) override;
 
-  private:
+private:
     std::string path_;
 };
 

@@ -51,7 +51,7 @@ bool LessByName(const std::string& a, const std::string& b) {
 
 enum class EntryKind { File, Folder };
 
-// The names in `folder` of the given kind (symbolic links followed), unsorted.
+// The names in `folder` of the given kind (symbolic links followed), sorted by name.
 template <typename Accept>
 std::vector<std::string> ListEntries(const std::string& folder, EntryKind kind, Accept accept) {
     std::vector<std::string> names;

@@ -1,6 +1,7 @@
 // Files and folders on a POSIX system, behaving as the Windows calls the system was made for.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,7 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern);
 std::optional<std::string> ReadWholeFile(const std::string& path);
 
 class PosixFileSystem : public FileSystem {
-  public:
+public:
     // `aliasRoot` is where ShortPath keeps its aliases; empty picks the per-user folder
     // railwright-short-<uid> under $TMPDIR (or /tmp).
     explicit PosixFileSystem(std::string aliasRoot = {});
@@ -53,7 +54,7 @@ class PosixFileSystem : public FileSystem {
     // alias can be made the path itself is returned. Empty when the path does not exist.
     std::string ShortPath(const std::string& path) override;
 
-  private:
+private:
     // The alias folder, created 0700 on first use; empty when it cannot be made or is not ours.
     std::string AliasFolder();
     // A link at `linkPath` pointing at `target`, reused or replaced; false on failure.

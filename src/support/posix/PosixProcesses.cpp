@@ -50,7 +50,7 @@ int32_t ExitCodeOf(int status) {
 }
 
 class PosixProcessHandle : public ProcessHandle {
-  public:
+public:
     PosixProcessHandle(pid_t processId, std::shared_ptr<EndedChildren> ended)
         : processId_(processId), ended_(std::move(ended)) {}
 
@@ -80,7 +80,7 @@ class PosixProcessHandle : public ProcessHandle {
         return exitCode_;
     }
 
-  private:
+private:
     pid_t processId_;
     std::shared_ptr<EndedChildren> ended_;
     std::optional<int32_t> exitCode_;
@@ -89,7 +89,7 @@ class PosixProcessHandle : public ProcessHandle {
 // Spawn attributes that give the child the default handling of every signal and no blocked
 // signals, whatever this process ignores or blocks.
 class SpawnAttributes {
-  public:
+public:
     SpawnAttributes() {
         ready_ = posix_spawnattr_init(&attributes_) == 0;
         if (!ready_) {
@@ -112,7 +112,7 @@ class SpawnAttributes {
 
     const posix_spawnattr_t* Get() const { return ready_ ? &attributes_ : nullptr; }
 
-  private:
+private:
     posix_spawnattr_t attributes_{};
     bool ready_ = false;
 };

@@ -18,18 +18,18 @@ namespace railwright::support::posix {
 // Exit codes of children that have been reaped, shared by the launcher and its handles: once a
 // child is reaped only this record remembers how it ended.
 class EndedChildren {
-  public:
+public:
     void Record(int32_t processId, int32_t exitCode);
     void Forget(int32_t processId);
     std::optional<int32_t> Find(int32_t processId) const;
 
-  private:
+private:
     mutable std::mutex mutex_;
     std::map<int32_t, int32_t> exitCodes_;
 };
 
 class PosixProcesses : public Processes {
-  public:
+public:
     PosixProcesses();
 
     // Splits the command line with the Windows rules (SplitCommandLine) and starts the program
@@ -44,7 +44,7 @@ class PosixProcesses : public Processes {
     std::unique_ptr<ProcessHandle> Open(int32_t taskId) override;
     void Sleep(std::chrono::milliseconds duration) override;
 
-  private:
+private:
     std::shared_ptr<EndedChildren> ended_;
 };
 

@@ -9,7 +9,7 @@
 namespace railwright::support::posix {
 
 class PosixSystemInfo : public SystemInfo {
-  public:
+public:
     explicit PosixSystemInfo(EnvironmentLookup environment = ProcessEnvironment());
 
     // $XDG_DOCUMENTS_DIR when set; otherwise XDG_DOCUMENTS_DIR as the desktop's user-dirs.dirs
@@ -24,7 +24,7 @@ class PosixSystemInfo : public SystemInfo {
     std::string MessageFontName() override { return {}; }
     Font DefaultFont() override { return {"MS Sans Serif", 8.25}; }
 
-  private:
+private:
     EnvironmentLookup environment_;
 };
 

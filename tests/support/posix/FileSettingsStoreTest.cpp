@@ -15,7 +15,7 @@ using testing::PutFile;
 using testing::TempFolder;
 
 class PosixSettingsTest : public ::testing::Test {
-  protected:
+protected:
     TempFolder temp;
     std::string path = temp / "config/railwright/settings.ini";
     FileSettingsStore store{path};

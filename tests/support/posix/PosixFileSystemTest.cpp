@@ -20,7 +20,7 @@ using testing::SameFile;
 using testing::TempFolder;
 
 class PosixFileSystemTest : public ::testing::Test {
-  protected:
+protected:
     // The names in a folder, hidden ones included: what a failed write could leave behind.
     std::vector<std::string> Everything(const std::string& folder) {
         return files.ListFiles(folder, "*");

@@ -35,7 +35,7 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 class PosixProcessesTest : public ::testing::Test {
-  protected:
+protected:
     // Polls the child until it has ended; its exit code, or nothing when it cannot be read. Gives
     // up (failing the test) only after a minute, so that a broken child cannot hang the suite.
     std::optional<int32_t> WaitFor(int32_t taskId) {
@@ -165,7 +165,7 @@ TEST_F(PosixProcessesTest, OpenRefusesWhatIsNoProcessAndCannotReadOthersCodes) {
 
 // The user interface of a run without windows: counts what run-and-wait asks of it.
 class CountingUserInterface : public UserInterface {
-  public:
+public:
     MessageAnswer ShowMessage(std::string_view, MessageIcon, MessageButtons) override {
         return MessageAnswer::Ok;
     }

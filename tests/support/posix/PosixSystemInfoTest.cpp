@@ -15,7 +15,7 @@ using testing::PutFile;
 using testing::TempFolder;
 
 class PosixSystemInfoTest : public ::testing::Test {
-  protected:
+protected:
     // The documents folder seen with these environment variables, HOME being the temp folder.
     std::string DocumentsWith(std::map<std::string, std::string> variables) {
         variables.emplace("HOME", temp.Path());

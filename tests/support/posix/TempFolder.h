@@ -14,7 +14,7 @@
 namespace railwright::testing {
 
 class TempFolder {
-  public:
+public:
     TempFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "railwright-test-XXXXXX");
         if (mkdtemp(pattern.data()) == nullptr) {
@@ -34,7 +34,7 @@ class TempFolder {
         return path_ + "/" + std::string(relative);
     }
 
-  private:
+private:
     std::string path_;
 };
 
