@@ -34,6 +34,15 @@ void Control::SetValue(int32_t value) {
     }
 }
 
+bool Control::Reachable() const {
+    for (const Control* control = this; control != nullptr; control = control->container_) {
+        if (!control->visible_ || !control->enabled_) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void Control::SetFont(Font font) {
     if (font_) {
         font_ = std::move(font);

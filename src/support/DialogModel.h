@@ -66,6 +66,30 @@ public:
     bool Enabled() const { return enabled_; }
     void SetEnabled(bool enabled) { enabled_ = enabled; }
 
+    // The hint shown when the pointer rests on the control.
+    const std::string& ToolTipText() const { return toolTipText_; }
+    void SetToolTipText(std::string text) { toolTipText_ = std::move(text); }
+
+    // The frame that holds the control, or null for one placed on the form itself. A control
+    // can be used only while it and every frame around it are visible and enabled.
+    Control* Container() const { return container_; }
+    void SetContainer(Control& frame) { container_ = &frame; }
+    bool Reachable() const;
+
+    // Position within the container and size, in pixels.
+    int32_t Left() const { return left_; }
+    int32_t Top() const { return top_; }
+    int32_t Width() const { return width_; }
+    int32_t Height() const { return height_; }
+    void Move(int32_t left, int32_t top) {
+        left_ = left;
+        top_ = top;
+    }
+    void Resize(int32_t width, int32_t height) {
+        width_ = width;
+        height_ = height;
+    }
+
     // Empty for controls without a font (the view).
     const std::optional<Font>& GetFont() const { return font_; }
     void SetFont(Font font);
@@ -90,6 +114,12 @@ private:
     std::string name_;
     int index_;
     std::string caption_;
+    std::string toolTipText_;
+    Control* container_ = nullptr;
+    int32_t left_ = 0;
+    int32_t top_ = 0;
+    int32_t width_ = 0;
+    int32_t height_ = 0;
     std::string text_;
     int32_t value_ = 0;
     bool visible_ = true;

@@ -4,26 +4,31 @@
 // the wizard loads when it is shown, so that its load sees the settings and the scene graph.
 // When it closes, FinishClicked tells whether Finish closed it and GetOptions returns the
 // settings to store with the model.
+//
+// The class is defined across one file per concern: frmWizard.cpp (the controls and the
+// plug-in's interface), Navigation.cpp (load, unload, steps and the page set-up),
+// ProjectTypes.cpp, SimulatorSelection.cpp, CustomFields.cpp, AttributeRules.cpp and
+// ProjectSettings.cpp.
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/Host.h"
 #include "support/DialogModel.h"
 #include "support/FontWiz.h"
 #include "support/Platform.h"
+#include "wizard/ProjectSettings.h"
 
 namespace railwright::wizard {
 
 using support::Control;
 using support::ControlArray;
-
-inline constexpr size_t kSingleCount = 6;
-inline constexpr size_t kLongCount = 46;
 
 // What the wizard reaches of the host while it is open.
 struct WizardHost {
@@ -32,8 +37,28 @@ struct WizardHost {
     host::Viewer& viewer;
 };
 
+// The steps, by their index in optSteps and fraStep.
+inline constexpr int kStepStart = 0;
+inline constexpr int kStepType = 1;
+inline constexpr int kStepTitle = 2;
+inline constexpr int kStepAttributes = 3;
+inline constexpr int kStepPartIdentification = 4;
+inline constexpr int kStepExportPreferences = 5;
+inline constexpr int kStepFinish = 6;
+inline constexpr int kStepCount = 7;
+
+inline constexpr int kWheelGroupCount = 3;
+inline constexpr int kDistanceLevelCount = 4;
+
+// The host's custom material fields that the wizard ensures on every load, by index.
+struct MaterialFieldIndices {
+    int32_t railSim = -1;
+    int32_t txAlpha = -1;
+    int32_t alphaPr = -1;
+};
+
 class frmWizard : public support::DialogModel {
-public:
+  public:
     frmWizard(support::Platform& platform, support::FontWiz& fonts, WizardHost host);
 
     // Copies the settings in; resizes the caller's arrays to 6 and 46 elements, keeping values.
@@ -49,27 +74,211 @@ public:
     void SetSceneGraph(std::shared_ptr<host::SceneGraph> sceneGraph);
     const std::shared_ptr<host::SceneGraph>& SceneGraph() const { return sceneGraph_; }
 
+    int CurrentStep() const { return currentStep_; }
+    const MaterialFieldIndices& MaterialFields() const { return materialFields_; }
+
+    // Fills the controls from stored settings, upgrading settings older than the current layout
+    // in place. A settings array shorter than the layout ends the load with a reported run-time
+    // error; the wizard may be closed when the host has no room for a custom field.
+    void LoadSettings(ProjectSettings& settings);
+    // Stores the controls into the settings; false when a reported error ended the save early.
+    [[nodiscard]] bool SaveSettings(ProjectSettings& settings);
+    // The same two on the settings that SetOptions handed in.
+    void LoadSettings() { LoadSettings(settings_); }
+    [[nodiscard]] bool SaveSettings() { return SaveSettings(settings_); }
+
+    // Steps and buttons.
+    Control& fraSteps;
+    ControlArray optSteps;
+    ControlArray fraStep;
+    Control& fraButtons;
     Control& cmdPrevious;
     Control& cmdNext;
     Control& cmdFinish;
     Control& cmdCancel;
     Control& Viewer;
 
-protected:
+    // "Start".
+    Control& lblStart;
+    Control& fraSimulator;
+    Control& chkMSTS;
+    Control& chkRailSimulator;
+    Control& chkRailWorks;
+    Control& chkTrainz;
+    Control& chkRail3D;
+    Control& chkBVE;
+
+    // "Type".
+    Control& lblProjectType;
+    Control& cboProjectType;
+    Control& lblProjectSubType;
+    Control& cboProjectSubType;
+    Control& lblProjectTypeDescription;
+
+    // "Title".
+    Control& lblProjectTitle;
+    Control& txtProjectTitle;
+    Control& lblProjectName;
+    Control& txtProjectName;
+    Control& lblProjectDescription;
+    Control& txtProjectDescription;
+    Control& lblOperatingProcedures;
+    Control& txtOperatingProcedures;
+
+    // "Attributes": projects without attributes.
+    Control& fraGeneralNonEngineAttibutes;
+    Control& fraMSTSRoute;
+    Control& lblRoute;
+    Control& cboRoute;
+    Control& lblGeneralAttributesNoneAvailable;
+    // Engines and wagons.
+    Control& fraGeneralEngineWagonAttibutes;
+    Control& chkViewPoint;
+    Control& chkIntakePoint;
+    Control& lblMass;
+    Control& txtMass;
+    Control& lblMassUnit;
+    Control& lblCouplerType;
+    Control& cboCouplerType;
+    Control& fraWheels;
+    Control& lblArrangement;
+    Control& lblRadius;
+    Control& lblRadiusUnit;
+    Control& lblBogie;
+    ControlArray lblWheels;
+    ControlArray txtWheels;
+    ControlArray lblDash;
+    ControlArray txtWheelRadius;
+    ControlArray chkBogie;
+    // Engines.
+    Control& fraEngineAttributes;
+    Control& lblMaximumVelocity;
+    Control& txtMaximumVelocity;
+    Control& lblMaximumVelocityUnit;
+    Control& chkWiperLeft;
+    Control& chkWiperRight;
+    Control& chkMirrorLeft;
+    Control& chkMirrorRight;
+    // Steam engines.
+    Control& fraSteamEngineAttibutes;
+    Control& lblRods;
+    Control& txtRods;
+    Control& lblRodsNote;
+    Control& lblStacks;
+    Control& txtStacks;
+    Control& lblCylinders;
+    Control& txtCylinders;
+    Control& lblWhistles;
+    Control& txtWhistles;
+    Control& lblSafetyValves;
+    Control& txtSafetyValves;
+    Control& lblDrainPipes;
+    Control& txtDrainPipes;
+    Control& chkTenderRequired;
+    // Diesel engines.
+    Control& fraDieselEngineAttributes;
+    Control& lblDieselExhaust;
+    Control& txtDieselExhaust;
+    // Electric engines.
+    Control& fraElectricEngineAttibutes;
+    Control& lblPantographs;
+    Control& txtPantographs;
+    Control& lblArmsPerPantograph;
+    Control& txtArmsPerPantograph;
+
+    // "Part Identification".
+    Control& lblPartIdentification;
+    Control& cmdReset;
+    Control& cmdSkip;
+
+    // "Export Preferences".
+    Control& chkDefaultGroupCustomFields;
+    Control& fraTextures;
+    Control& chkConvertTextures;
+    Control& cboCompression;
+    Control& chkExportToDocumentsFolder;
+    Control& fraDistanceLevels;
+    ControlArray optDistanceLevels;
+    Control& chkAnimation;
+    Control& chkCreateShape;
+    Control& fraMSTSExportPreferences;
+    Control& chkRetainSubObjects;
+    Control& chkCreatexFile;
+    Control& chkCreateShapeData;
+    Control& chkCabView;
+    Control& chkSound;
+
+    // "Finish".
+    Control& lblFinish;
+
+  protected:
     void OnLoad() override;
     void OnUnload() override;
 
     void cmdFinish_Click();
+
+  private:
+    // Wraps an event handler so that an error it raises is reported, never passed on.
+    std::function<void()> Handler(std::function<void()> body);
+
+    // Construction, one part per concern.
+    void InitialiseSteps();
+    void InitialiseProjectTypes();
+    void InitialiseSimulatorSelection();
+    void InitialiseAttributes();
+
+    // Steps and navigation.
+    bool AnySimulatorChecked() const;
+    void GoToStep(int step);
+    void cmdNext_Click();
+    void cmdPrevious_Click();
     void cmdCancel_Click();
+    void optSteps_Click(int index);
+    void SetUpPage();
+    void SetUpVehiclePage(const std::string& subType);
+    void StackExportPreferences();
+    void RefreshPartIdentification();
+
+    // Project types.
+    void FillProjectTypes();
+    void cboProjectType_Click();
+    void cboProjectSubType_Click();
+
+    // Simulators and textures.
+    void FillCompressions();
+    void chkMSTS_Click();
+    void RailWorksOrRailSimulator_Click(Control& box, std::string_view missingMessage);
+    void chkConvertTextures_Click();
+    void chkExportToDocumentsFolder_Click();
+    std::string ApplicationName();
+
+    // Custom fields. Each returns false when the host had no room, after the wizard closed.
+    host::SceneGraph& Graph();
+    bool EnsureGroupField(const std::string& fieldName);
+    bool EnsureMaterialFields();
+    void SetDefaultMaterialFieldValues();
+
+    // Attribute input rules, run when the user leaves a box.
+    void RealBox_Leave(Control& box, int minDecimals, int maxDecimals);
+    void WholeNumberBox_Leave(Control& box);
+    void LimitedBox_Leave(Control& box, int32_t maximum, std::string_view message);
+    void txtWheels_Leave(int index);
+    void txtArmsPerPantograph_Leave();
+    void chkBogie_Click(int index);
+
+    // Settings.
+    void UpgradeSettings(ProjectSettings& settings);
+    void LoadSettingsText(ProjectSettings& settings);
+    void LoadCounts(ProjectSettings& settings);
 
     support::Platform& platform_;
     support::FontWiz& fonts_;
     WizardHost host_;
-    std::string settingsText_;
-    std::array<float, kSingleCount> settingsSingles_{};
-    std::array<int32_t, kLongCount> settingsLongs_{};
+    ProjectSettings settings_;
     bool finishClicked_ = false;
     std::shared_ptr<host::SceneGraph> sceneGraph_;
+    int currentStep_ = kStepStart;
+    MaterialFieldIndices materialFields_;
 };
 
 }  // namespace railwright::wizard

@@ -94,6 +94,21 @@ std::string ScriptedUserInterface::Run(const ScriptEvent& event, support::Dialog
         return dialog.Name() + " has no control \"" + event.control + "\"" +
                (event.index ? " with index " + std::to_string(*event.index) : std::string{});
     }
+    // A user can reach only what is shown and enabled, frames around it included.
+    for (const support::Control* outer = control; outer != nullptr; outer = outer->Container()) {
+        const std::string what = outer == control ? "\"" + event.control + "\""
+                                                  : "the frame \"" + outer->Name() + "\"" +
+                                                        (outer->Index() >= 0
+                                                             ? " " + std::to_string(outer->Index())
+                                                             : std::string{}) +
+                                                        " around \"" + event.control + "\"";
+        if (!outer->Visible()) {
+            return what + " is hidden";
+        }
+        if (!outer->Enabled()) {
+            return what + " is disabled";
+        }
+    }
     switch (event.kind) {
         case EventKind::Click:
             dialog.Click(*control);

@@ -46,8 +46,9 @@ public:
     support::ScreenSize Screen() override { return {1024, 768}; }
 
     const std::vector<ShownMessage>& Messages() const { return messages_; }
-    // Faults of the script: an event naming something that does not exist, a question without an
-    // answer. Replay stops at the first fault of an event.
+    // Faults of the script: an event naming something that does not exist or that a user could
+    // not reach (hidden or disabled, itself or a frame around it), a question without an answer.
+    // Replay stops at the first fault of an event.
     const std::vector<std::string>& Faults() const { return faults_; }
     size_t EventsLeft() const { return script_.events.size() - next_; }
     size_t AnswersLeft() const { return script_.answers.size() - nextAnswer_; }
