@@ -11,10 +11,6 @@
 namespace railwright::ace {
 namespace {
 
-void Append(std::vector<uint8_t>& out, std::string_view text) {
-    out.insert(out.end(), text.begin(), text.end());
-}
-
 bool StartsWith(std::span<const uint8_t> bytes, std::string_view text) {
     return bytes.size() >= text.size() && std::equal(text.begin(), text.end(), bytes.begin());
 }
@@ -37,10 +33,11 @@ uint64_t ReadUint64(std::span<const uint8_t> bytes, size_t at) {
 }  // namespace
 
 std::vector<uint8_t> WrapPlain(std::span<const uint8_t> body) {
-    std::vector<uint8_t> file;
-    file.reserve(kSignatureSize + body.size());
-    Append(file, kPlainSignature);
-    file.insert(file.end(), body.begin(), body.end());
+    std::vector<uint8_t> file(kSignatureSize + body.size());
+    std::memcpy(file.data(), kPlainSignature.data(), kSignatureSize);
+    if (!body.empty()) {
+        std::memcpy(file.data() + kSignatureSize, body.data(), body.size());
+    }
     return file;
 }
 

@@ -77,7 +77,10 @@ std::string WriteFileReplacing(const fs::path& target, std::span<const uint8_t> 
     }
 
     fs::path temporary = target;
-    temporary += "." + RandomTag() + ".part";
+    std::string suffix = ".";
+    suffix += RandomTag();
+    suffix += ".part";
+    temporary += suffix;
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         if (!out) {
