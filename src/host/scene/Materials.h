@@ -35,15 +35,16 @@ private:
     std::vector<std::string> names_;
 };
 
-// What a material says about its textures.
+// What a material says about its textures. Every member has an initialiser, so that a designated
+// initialiser may name only some of them.
 struct MaterialProperties {
-    std::string textureFile;
-    std::string transparencyMap;
+    std::string textureFile{};
+    std::string transparencyMap{};
     int32_t translucencyLevel = 0;
-    std::string normalMap;
-    std::string occlusionMap;
-    std::string emissiveMap;
-    std::string metallicRoughnessMap;
+    std::string normalMap{};
+    std::string occlusionMap{};
+    std::string emissiveMap{};
+    std::string metallicRoughnessMap{};
     bool operator==(const MaterialProperties&) const = default;
 };
 

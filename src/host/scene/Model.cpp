@@ -85,6 +85,7 @@ const std::vector<std::shared_ptr<Node>>& Model::GroupOrder() const {
 
 std::shared_ptr<Node> Model::FindGroup(std::string_view name) const {
     for (const std::shared_ptr<Node>& group : GroupOrder()) {
+        // Of equal length, a name that begins with the other equals it.
         if (group->NameValue().size() == name.size() &&
             StartsWithIgnoringCase(group->NameValue(), name)) {
             return group;

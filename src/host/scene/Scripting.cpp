@@ -86,8 +86,8 @@ Vector3 SceneScripting::RotateAboutAxis(Vector3 point, Vector3 axis, float angle
     if (!(length > 0) || !std::isfinite(length)) {
         throw HostError(kHostErrorInvalidArgument, "The axis of a rotation must not be zero.");
     }
-    return ToVector3(
-        scene::RotateAboutAxis(ToVec3(point), direction * (1 / length), static_cast<double>(angle)));
+    const Vec3 unitAxis = direction * (1 / length);
+    return ToVector3(scene::RotateAboutAxis(ToVec3(point), unitAxis, static_cast<double>(angle)));
 }
 
 void SceneScripting::SetFlags(int32_t flags) {

@@ -20,8 +20,9 @@ TEST(SceneApplication, RecordsNotificationsAndAnswersItsSettings) {
     application.RefreshPanel("SysProperties");
     application.SetStatus(100);
 
-    EXPECT_EQ(scene.application->Calls(),
-              (std::vector<std::string>{"Redraw 1", "RefreshPanel SysProperties", "SetStatus 100"}));
+    EXPECT_EQ(scene.application->Calls(), (std::vector<std::string>{
+                                              "Redraw 1", "RefreshPanel SysProperties",
+                                              "SetStatus 100"}));
     EXPECT_EQ(application.RegistryName(), "Polyforge");
     EXPECT_EQ(application.ToolsFolder(), "/opt/railwright/tools/");
     EXPECT_EQ(application.DocumentsFolder(), "/home/user/Documents");
