@@ -3,7 +3,8 @@
 //
 // The new text goes to a temporary file beside FILE, which then replaces FILE, so an interrupted
 // run leaves FILE as it was. A file that already begins with the UTF-16LE byte order mark is left
-// as it is, so running the tool twice does no harm.
+// as it is, so running the tool twice does no harm. When FILE is a symbolic link, the file it
+// points at is rewritten.
 //
 // Exit status: 0 on success; 1 when FILE cannot be read, written or replaced; 2 for bad usage.
 // Every failure is reported on standard error, naming the file and the fault.
@@ -66,10 +67,19 @@ int main(int argc, char** argv) {
         std::cerr << "txt2uni: usage: txt2uni FILE\n";
         return kExitUsage;
     }
-    const fs::path file = argv[1];
+    const fs::path given = argv[1];
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) {
-        return Fail(file, fs::exists(file, error) ? "is not a file" : "no such file");
+    if (!fs::is_regular_file(given, error)) {
+        return Fail(given, fs::exists(given, error) ? "is not a file" : "no such file");
+    }
+    // A short name may be a link to the file (POSIX has no 8.3 names); the file itself is
+    // rewritten, not the link.
+    fs::path file = given;
+    if (fs::is_symlink(given, error)) {
+        file = fs::canonical(given, error);
+        if (error) {
+            return Fail(given, "cannot be resolved: " + error.message());
+        }
     }
 
     std::string bytes;

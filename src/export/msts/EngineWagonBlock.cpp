@@ -1,7 +1,6 @@
 // The header and Wagon block of the engine files. The three tractions share one sequence of rows;
 // what differs between them is the table below, and the rows after the brakes (37 to 41), which
 // are written per traction at the end.
-#include <array>
 #include <optional>
 #include <span>
 
@@ -32,65 +31,61 @@ struct EngineWagonRows {
     std::span<const std::string_view> brakes{};  // 27 to 36
 };
 
-constexpr std::array<std::string_view, 12> kSteamBrakes = {
-    "    ",                                                                       // 27
-    "    BrakeEquipmentType( \"Vacuum_brake, Handbrake, Auxilary_reservoir\" )",  // 28
-    "    BrakeSystemType( \"Vacuum_single_pipe\" )",                              // 29
-    "    MaxBrakeForce( 90kN )",                                                  // 30
+// clang-format off
+constexpr std::string_view kSteamBrakes[] = {
+    "    ",                                                                         // 27
+    "    BrakeEquipmentType( \"Vacuum_brake, Handbrake, Auxilary_reservoir\" )",    // 28
+    "    BrakeSystemType( \"Vacuum_single_pipe\" )",                                // 29
+    "    MaxBrakeForce( 90kN )",                                                    // 30
     kSpaceLine,
-    "    MaxHandbrakeForce( 80kN )",  // 31
+    "    MaxHandbrakeForce( 80kN )",                                                // 31
     "    NumberOfHandbrakeLeverSteps ( 100 )",
     kSpaceLine,
-    "        MaxReleaseRate ( 10 )",                              // 32
-    "        MaxApplicationRate ( 10 )",                          // 33
-    "        MaxAuxilaryChargingRate ( 10 )",                     // 34
-    "        BrakeCylinderPressureForMaxBrakeBrakeForce ( 21 )",  // 35
-    // 36: none
-};
+    "        MaxReleaseRate ( 10 )",                                                // 32
+    "        MaxApplicationRate ( 10 )",                                            // 33
+    "        MaxAuxilaryChargingRate ( 10 )",                                       // 34
+    "        BrakeCylinderPressureForMaxBrakeBrakeForce ( 21 )",                    // 35
+};                                                                                  // 36: none
 
-constexpr std::array<std::string_view, 18>
-    kDieselBrakes =
-        {
-            kEmptyLine,  // 27
-            "    AntiSlip ()",
-            kEmptyLine,
-            "    BrakeEquipmentType( \"Triple_valve, Auxilary_reservoir, "
-            "Emergency_brake_reservoir\" )",  // 28
-            kEmptyLine,
-            "    BrakeSystemType( \"Air_single_pipe\" )",  // 29
-            "    MaxBrakeForce( 140kN )",                  // 30
-            kEmptyLine,
-            "    EmergencyBrakeResMaxPressure( 110 )",  // 32
-            "    TripleValveRatio( 2.5 )",
-            "    MaxReleaseRate( 40 )",
-            "    MaxApplicationRate( 40 )",       // 33
-            "    MaxAuxilaryChargingRate( 35 )",  // 34
-            "    EmergencyResCapacity( 10 )",
-            "    EmergencyResChargingRate( 30 )",
-            "    BrakeCylinderPressureForMaxBrakeBrakeForce( 70 )",  // 35
-            kEmptyLine,
-            // 36: none
-};
-
-constexpr std::array<std::string_view, 27> kElectricBrakes = {
-    "    AntiSlip ()",  // 27
-    "    ",
-    "    BrakeEquipmentType( \"Air_twin_pipe, Distributor\" )",  // 28
+constexpr std::string_view kDieselBrakes[] = {
+    kEmptyLine,                                                                     // 27
+    "    AntiSlip ()",
     kEmptyLine,
-    "    BrakeSystemType( \"Air_twin_pipe\" )",  // 29
-    "    ",
-    "    MaxBrakeForce( 180kN )",  // 30
+    "    BrakeEquipmentType( \"Triple_valve, Auxilary_reservoir, Emergency_brake_reservoir\" )",  // 28
     kEmptyLine,
-    "    EmergencyBrakeResMaxPressure( 110 )",  // 32
+    "    BrakeSystemType( \"Air_single_pipe\" )",                                   // 29
+    "    MaxBrakeForce( 140kN )",                                                   // 30
+    kEmptyLine,
+    "    EmergencyBrakeResMaxPressure( 110 )",                                      // 32
     "    TripleValveRatio( 2.5 )",
-    "    MaxReleaseRate( 20 )",
-    "    MaxApplicationRate( 20 )",       // 33
-    "    MaxAuxilaryChargingRate( 30 )",  // 34
+    "    MaxReleaseRate( 40 )",
+    "    MaxApplicationRate( 40 )",                                                 // 33
+    "    MaxAuxilaryChargingRate( 35 )",                                            // 34
     "    EmergencyResCapacity( 10 )",
     "    EmergencyResChargingRate( 30 )",
-    "    BrakeCylinderPressureForMaxBrakeBrakeForce( 70 )",  // 35
+    "    BrakeCylinderPressureForMaxBrakeBrakeForce( 70 )",                         // 35
     kEmptyLine,
-    "    BrakeDistributorFullServicePressure( 82 )",  // 36
+};                                                                                  // 36: none
+
+constexpr std::string_view kElectricBrakes[] = {
+    "    AntiSlip ()",                                                              // 27
+    "    ",
+    "    BrakeEquipmentType( \"Air_twin_pipe, Distributor\" )",                     // 28
+    kEmptyLine,
+    "    BrakeSystemType( \"Air_twin_pipe\" )",                                     // 29
+    "    ",
+    "    MaxBrakeForce( 180kN )",                                                   // 30
+    kEmptyLine,
+    "    EmergencyBrakeResMaxPressure( 110 )",                                      // 32
+    "    TripleValveRatio( 2.5 )",
+    "    MaxReleaseRate( 20 )",
+    "    MaxApplicationRate( 20 )",                                                 // 33
+    "    MaxAuxilaryChargingRate( 30 )",                                            // 34
+    "    EmergencyResCapacity( 10 )",
+    "    EmergencyResChargingRate( 30 )",
+    "    BrakeCylinderPressureForMaxBrakeBrakeForce( 70 )",                         // 35
+    kEmptyLine,
+    "    BrakeDistributorFullServicePressure( 82 )",                                // 36
     "    BrakeDistributorMaxAuxilaryResPressure( 110 )",
     "    BrakeDistributorEmergencyResPressure( 110 )",
     "    BrakeDistributorReleaseRate( 10 )",
@@ -99,6 +94,7 @@ constexpr std::array<std::string_view, 27> kElectricBrakes = {
     "    BrakeDistributorNormalFullReleasePressure( 110 )",
     "    ",
 };
+// clang-format on
 
 const EngineWagonRows kSteamRows{
     .afterHeader = kSpaceLine,

@@ -17,7 +17,7 @@ std::string ToWindows1252(std::string_view utf8);
 
 // The Unicode character (always in the Basic Multilingual Plane) of one Windows-1252 byte. The
 // five bytes that the code page leaves undefined (0x81, 0x8D, 0x8F, 0x90, 0x9D) stand for the C1
-// control characters of the same value, as the Windows conversion treats them.
+// control characters of the same value, both ways, as the Windows conversion treats them.
 char16_t FromWindows1252(uint8_t byte);
 
 }  // namespace railwright::exporttextures
