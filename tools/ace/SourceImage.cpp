@@ -1,6 +1,8 @@
 #include "ace/SourceImage.h"
 
 #include <algorithm>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -25,6 +27,10 @@ namespace {
 static_assert(STBI_MAX_DIMENSIONS == kMaxImageSide);
 
 enum class SourceFormat { Tga, Bmp };
+
+uint16_t ReadUint16(std::span<const uint8_t> bytes, size_t at) {
+    return static_cast<uint16_t>(bytes[at] | bytes[at + 1] << 8);
+}
 
 uint32_t ReadUint32(std::span<const uint8_t> bytes, size_t at) {
     return static_cast<uint32_t>(bytes[at]) | static_cast<uint32_t>(bytes[at + 1]) << 8 |
@@ -51,6 +57,52 @@ constexpr uint32_t kBmpRle4 = 2;
 constexpr uint32_t kBmpJpeg = 4;
 constexpr uint32_t kBmpPng = 5;
 
+// Whether the file holds every pixel its header promises. The decoder would fill a missing tail
+// with black without a word, so a cut file is caught here.
+bool TgaDataComplete(std::span<const uint8_t> bytes, bool colourMapped) {
+    const uint64_t bytesPerPixel = (bytes[kTgaPixelDepth] + 7u) / 8u;
+    const uint64_t colourMapBytes =
+        colourMapped ? ReadUint16(bytes, 5) * ((bytes[kTgaColourMapEntryBits] + 7u) / 8u) : 0;
+    const uint64_t pixels =
+        static_cast<uint64_t>(ReadUint16(bytes, 12)) * ReadUint16(bytes, 14);
+    uint64_t position = kTgaHeaderSize + bytes[0] + colourMapBytes;
+    const uint64_t size = bytes.size();
+    if (bytes[kTgaImageType] < 8) {
+        return position + pixels * bytesPerPixel <= size;
+    }
+    // Run-length packets: a count byte (top bit set: one pixel repeated), then the pixels.
+    for (uint64_t covered = 0; covered < pixels;) {
+        if (position >= size) {
+            return false;
+        }
+        const uint8_t packet = bytes[position++];
+        const uint64_t count = (packet & 0x7Fu) + 1u;
+        position += (packet & 0x80u) ? bytesPerPixel : count * bytesPerPixel;
+        covered += count;
+    }
+    return position <= size;
+}
+
+// Whether the file holds all rows its header promises (uncompressed and bit-field BMP).
+bool BmpDataComplete(std::span<const uint8_t> bytes) {
+    const uint32_t headerSize = ReadUint32(bytes, kBmpInfoHeaderSize);
+    uint64_t width = 0;
+    uint64_t height = 0;
+    uint64_t bitsPerPixel = 0;
+    if (headerSize == 12) {
+        width = ReadUint16(bytes, 18);
+        height = ReadUint16(bytes, 20);
+        bitsPerPixel = ReadUint16(bytes, 24);
+    } else {
+        const int32_t signedHeight = static_cast<int32_t>(ReadUint32(bytes, 22));
+        width = static_cast<uint32_t>(std::abs(static_cast<int32_t>(ReadUint32(bytes, 18))));
+        height = signedHeight == INT32_MIN ? 0 : static_cast<uint32_t>(std::abs(signedHeight));
+        bitsPerPixel = ReadUint16(bytes, 28);
+    }
+    const uint64_t rowSize = (width * bitsPerPixel + 31) / 32 * 4;
+    return ReadUint32(bytes, 10) + rowSize * height <= bytes.size();
+}
+
 Result<SourceFormat> CheckTga(std::span<const uint8_t> bytes) {
     const uint8_t imageType = bytes[kTgaImageType];
     const uint8_t colourMapType = bytes[kTgaColourMapType];
@@ -67,6 +119,9 @@ Result<SourceFormat> CheckTga(std::span<const uint8_t> bytes) {
         return Fault{"is a 16-bit TGA, whose alpha bit would be lost; save it with 24 or 32 bits "
                      "per pixel"};
     }
+    if (!TgaDataComplete(bytes, colourMapped)) {
+        return Fault{"is a TGA image cut short"};
+    }
     return SourceFormat::Tga;
 }
 
@@ -74,16 +129,18 @@ Result<SourceFormat> CheckBmp(std::span<const uint8_t> bytes) {
     if (bytes.size() < kBmpCompression + 4) {
         return Fault{"is a BMP image cut short"};
     }
-    if (ReadUint32(bytes, kBmpInfoHeaderSize) == 12) {
-        return SourceFormat::Bmp;  // the old header has no compression field
-    }
-    const uint32_t compression = ReadUint32(bytes, kBmpCompression);
+    // The old 12-byte info header has no compression field.
+    const uint32_t compression =
+        ReadUint32(bytes, kBmpInfoHeaderSize) == 12 ? 0 : ReadUint32(bytes, kBmpCompression);
     if (compression == kBmpRle8 || compression == kBmpRle4) {
         return Fault{"is a run-length compressed BMP, which is not supported; save it "
                      "uncompressed"};
     }
     if (compression == kBmpJpeg || compression == kBmpPng) {
         return Fault{"is a BMP holding JPEG or PNG data, which is not supported"};
+    }
+    if (!BmpDataComplete(bytes)) {
+        return Fault{"is a BMP image cut short"};
     }
     return SourceFormat::Bmp;
 }
