@@ -1,0 +1,184 @@
+// One application of the wizard to an in-memory model, driven by an event script: the scenario
+// shape of the wizard's tests.
+//
+//     WizardScenario scenario;
+//     scenario.Run(R"({ "events": [ { "click": "chkTrainz" }, { "click": "cmdNext" } ] })");
+//     EXPECT_EQ(scenario.Wizard().CurrentStep(), 1);
+//
+// The wizard loads from the settings given, replays the script and is closed by its close box
+// when the events run out; its controls keep their last state for the test to read.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/scene/Scene.h"
+#include "support/Fakes.h"
+#include "support/FontWiz.h"
+#include "support/posix/PosixFileSystem.h"
+#include "ui/script/EventScript.h"
+#include "ui/script/ScriptedUserInterface.h"
+#include "wizard/frmWizard.h"
+
+namespace railwright::testing {
+
+// The scripted front end, also noting the notice of every dismissible warning it shows.
+class RecordingUserInterface : public ui::script::ScriptedUserInterface {
+  public:
+    using ScriptedUserInterface::ScriptedUserInterface;
+
+    void ShowModal(support::DialogModel& dialog) override {
+        ScriptedUserInterface::ShowModal(dialog);
+        if (dialog.Name() == "frmWarn") {
+            warnings.push_back(dialog.Find("lblWarning")->Caption());
+        }
+    }
+
+    std::vector<std::string> warnings;
+};
+
+// A model whose material fields the wizard has made before, so that opening it shows nothing.
+inline host::scene::Scene PreparedScene() {
+    return host::scene::SceneBuilder()
+        .MaterialFields({"Rail Sim", "Tx Alpha", "Alpha Pr"})
+        .Group("Body")
+        .Box({-1, 0, -5}, {1, 3, 5}, "body.ace")
+        .Build();
+}
+
+struct StoredSettings {
+    std::string text;
+    std::vector<float> singles;
+    std::vector<int32_t> longs;
+};
+
+// Settings of the current layout: version 818, everything else as given.
+inline StoredSettings CurrentSettings(std::vector<std::pair<size_t, int32_t>> longs = {}) {
+    StoredSettings settings{{},
+                            std::vector<float>(wizard::kSingleCount, 0.0f),
+                            std::vector<int32_t>(wizard::kLongCount, 0)};
+    settings.longs[wizard::kLongSettingsVersion] = wizard::kSettingsVersion;
+    for (const auto& [index, value] : longs) {
+        settings.longs[index] = value;
+    }
+    return settings;
+}
+
+class WizardScenario {
+  public:
+    explicit WizardScenario(host::scene::Scene scene = PreparedScene())
+        : scene_(std::move(scene)) {}
+
+    host::scene::Scene& Scene() { return scene_; }
+    MemorySettingsStore& UserSettings() { return userSettings_; }
+    FakeSystemInfo& System() { return system_; }
+    StoredSettings& Settings() { return settings_; }
+
+    // Installs MSTS in `folder` (its main program file is train.exe there) and RailWorks.
+    void InstallSimulators(const std::string& mstsFolder, const std::string& railWorksFolder) {
+        scene_.application->SetSimulators({mstsFolder + "/train.exe", railWorksFolder});
+    }
+
+    // Opens the wizard on the settings and replays the script; the script must parse.
+    void Run(std::string_view scriptJson) {
+        ui::script::ParseResult parsed = ui::script::ParseEventScript(scriptJson);
+        ASSERT_TRUE(parsed.script) << parsed.error;
+        echo_.str({});
+        ui_ = std::make_unique<RecordingUserInterface>(*parsed.script, &echo_);
+        platform_ = std::make_unique<support::Platform>(
+            support::Platform{files_, processes_, userSettings_, system_, *ui_});
+        fonts_ = std::make_unique<support::FontWiz>(system_);
+        wizard_ = std::make_unique<wizard::frmWizard>(
+            *platform_, *fonts_,
+            wizard::WizardHost{*scene_.scripting, *scene_.hostContext, *scene_.viewer});
+        wizard_->SetOptions(settings_.text, settings_.singles, settings_.longs);
+        wizard_->SetSceneGraph(scene_.model);
+        ui_->ShowModal(*wizard_);
+    }
+
+    // Runs a script made of these events, written as JSON objects.
+    void RunEvents(const std::vector<std::string>& events) {
+        std::string json = R"({ "events": [ )";
+        for (size_t i = 0; i < events.size(); ++i) {
+            json += (i == 0 ? "" : ", ") + events[i];
+        }
+        Run(json + " ] }");
+    }
+
+    wizard::frmWizard& Wizard() { return *wizard_; }
+    RecordingUserInterface& Ui() { return *ui_; }
+    support::Control& Control(std::string_view name, int index = -1) {
+        support::Control* control = wizard_->Find(name, index);
+        if (control == nullptr) {
+            throw std::invalid_argument("the wizard has no control " + std::string(name) + " " +
+                                        std::to_string(index));
+        }
+        return *control;
+    }
+
+    // Every message box of the run, as the script's echo writes them.
+    std::vector<std::string> Messages() const {
+        std::vector<std::string> lines;
+        std::istringstream echo(echo_.str());
+        for (std::string line; std::getline(echo, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+    const std::vector<std::string>& Faults() const { return ui_->Faults(); }
+
+    // Saves the controls into the wizard's settings and hands them back as the plug-in would.
+    StoredSettings Save() {
+        EXPECT_TRUE(wizard_->SaveSettings());
+        StoredSettings saved = settings_;
+        wizard_->GetOptions(saved.text, saved.singles, saved.longs);
+        return saved;
+    }
+
+  private:
+    host::scene::Scene scene_;
+    StoredSettings settings_{{}, {}, {}};
+    support::posix::PosixFileSystem files_;
+    FakeProcesses processes_;
+    MemorySettingsStore userSettings_;
+    FakeSystemInfo system_;
+    std::ostringstream echo_;
+    std::unique_ptr<RecordingUserInterface> ui_;
+    std::unique_ptr<support::Platform> platform_;
+    std::unique_ptr<support::FontWiz> fonts_;
+    std::unique_ptr<wizard::frmWizard> wizard_;
+};
+
+// JSON event texts.
+inline std::string Click(std::string_view control) {
+    return R"({ "click": ")" + std::string(control) + R"(" })";
+}
+inline std::string Click(std::string_view control, int index) {
+    return R"({ "click": ")" + std::string(control) + R"(", "index": )" + std::to_string(index) +
+           " }";
+}
+inline std::string Select(std::string_view control, std::string_view entry) {
+    return R"({ "select": ")" + std::string(control) + R"(", "text": ")" + std::string(entry) +
+           R"(" })";
+}
+inline std::string Type(std::string_view control, std::string_view text) {
+    return R"({ "type": ")" + std::string(control) + R"(", "text": ")" + std::string(text) +
+           R"(" })";
+}
+inline std::string Type(std::string_view control, int index, std::string_view text) {
+    return R"({ "type": ")" + std::string(control) + R"(", "index": )" + std::to_string(index) +
+           R"(, "text": ")" + std::string(text) + R"(" })";
+}
+
+// An echo line of an exclamation box, as the user sees it.
+inline std::string Exclamation(std::string_view text) {
+    return "Railwright: exclamation: " + std::string(text);
+}
+
+}  // namespace railwright::testing
