@@ -42,10 +42,13 @@ void WriteEffectEmitters(MstsTextFile& file, std::string_view effectName,
 // "    <role> ( x y z )" at the placeholder of the role.
 void WritePlaceholderPosition(MstsTextFile& file, std::string_view roleName);
 
-// "    IntakePoint ( <position along the vehicle> <extent along it> <role> )" at the placeholder.
+// "    IntakePoint ( <z of the placeholder> <its box's extent along z> <role> )" at the
+// placeholder: where along the vehicle the intake is, and how long it is.
 void WriteIntakePoint(MstsTextFile& file, std::string_view roleName);
 
-// The lights section for the host's lights; nothing when the model has none.
+// The lights section for the host's lights; nothing when the model has none. Positions are
+// lengths; a glow (the second kind) also gets its azimuth, the angle in degrees of its direction
+// about the up axis measured from the length axis, written as the angle and its two limits.
 void WriteLights(MstsTextFile& file);
 
 // The light's colour as red, green and blue, two lower-case hexadecimal digits each.
