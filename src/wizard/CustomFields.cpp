@@ -1,6 +1,7 @@
 // The custom group and material fields that the wizard keeps in the model, and the default values
 // of the material fields.
 #include <array>
+#include <optional>
 
 #include "support/SupportingFunctions.h"
 #include "wizard/frmWizard.h"
@@ -12,6 +13,8 @@ namespace {
 constexpr int32_t kLastFieldSlot = 5;
 // A field value shorter than this counts as unset.
 constexpr size_t kSetValueLength = 3;
+// A transparency map name shorter than this means there is none.
+constexpr size_t kMapNameLength = 3;
 
 constexpr const char* kRailSimMaterialField = "Rail Sim";
 constexpr const char* kTxAlphaMaterialField = "Tx Alpha";
@@ -61,6 +64,27 @@ bool CanCarryAlpha(host::Material& material) {
     return false;
 }
 
+struct EnsuredField {
+    int32_t index = -1;
+    bool created = false;
+};
+
+// Finds the field or adds it; empty when the host had no room for it.
+std::optional<EnsuredField> EnsureField(host::SceneGraph& graph, FieldKind kind,
+                                        const std::string& fieldName) {
+    const int32_t existing = kind == FieldKind::Group ? graph.GroupFieldIndex(fieldName)
+                                                      : graph.MaterialFieldIndex(fieldName);
+    if (existing >= 0) {
+        return EnsuredField{existing, false};
+    }
+    const int32_t added = kind == FieldKind::Group ? graph.AddGroupField(fieldName)
+                                                   : graph.AddMaterialField(fieldName);
+    if (added > kLastFieldSlot) {
+        return std::nullopt;
+    }
+    return EnsuredField{added, true};
+}
+
 }  // namespace
 
 host::SceneGraph& frmWizard::Graph() {
@@ -70,31 +94,8 @@ host::SceneGraph& frmWizard::Graph() {
     return *sceneGraph_;
 }
 
-namespace {
-
-// Finds or adds a field; the index, or empty when the host had no room.
-std::optional<int32_t> EnsureField(host::SceneGraph& graph, FieldKind kind,
-                                   const std::string& fieldName, bool& created) {
-    created = false;
-    const int32_t existing = kind == FieldKind::Group ? graph.GroupFieldIndex(fieldName)
-                                                      : graph.MaterialFieldIndex(fieldName);
-    if (existing >= 0) {
-        return existing;
-    }
-    const int32_t added = kind == FieldKind::Group ? graph.AddGroupField(fieldName)
-                                                   : graph.AddMaterialField(fieldName);
-    if (added > kLastFieldSlot) {
-        return std::nullopt;
-    }
-    created = true;
-    return added;
-}
-
-}  // namespace
-
 bool frmWizard::EnsureGroupField(const std::string& fieldName) {
-    bool created = false;
-    if (!EnsureField(Graph(), FieldKind::Group, fieldName, created)) {
+    if (!EnsureField(Graph(), FieldKind::Group, fieldName)) {
         platform_.ui.ShowMessage(TooManyFields(FieldKind::Group, fieldName),
                                  support::MessageIcon::Exclamation, support::MessageButtons::Ok);
         // The later steps rely on the field.
@@ -112,18 +113,17 @@ bool frmWizard::EnsureMaterialFields() {
     for (const Field field : {Field{kRailSimMaterialField, &materialFields_.railSim},
                               Field{kTxAlphaMaterialField, &materialFields_.txAlpha},
                               Field{kAlphaPrMaterialField, &materialFields_.alphaPr}}) {
-        bool created = false;
-        const std::optional<int32_t> index =
-            EnsureField(Graph(), FieldKind::Material, field.name, created);
-        if (!index) {
+        const std::optional<EnsuredField> ensured =
+            EnsureField(Graph(), FieldKind::Material, field.name);
+        if (!ensured) {
             platform_.ui.ShowMessage(TooManyFields(FieldKind::Material, field.name),
                                      support::MessageIcon::Exclamation,
                                      support::MessageButtons::Ok);
             Unload();
             return false;
         }
-        *field.index = *index;
-        if (created && field.index == &materialFields_.alphaPr) {
+        *field.index = ensured->index;
+        if (ensured->created && field.index == &materialFields_.alphaPr) {
             platform_.ui.ShowMessage(kAlphaFieldsCreated, support::MessageIcon::Exclamation,
                                      support::MessageButtons::Ok);
         }
@@ -153,7 +153,7 @@ void frmWizard::SetDefaultMaterialFieldValues() {
                 material->SetCustomField(materialFields_.txAlpha, kTranslucency);
                 material->SetCustomField(materialFields_.alphaPr, std::to_string(translucency - 1));
                 setRailSimIfUnset(kBlendATexDiff);
-            } else if (material->TransparencyMap().size() >= kSetValueLength) {
+            } else if (material->TransparencyMap().size() >= kMapNameLength) {
                 material->SetCustomField(materialFields_.txAlpha, kTransparency);
                 material->SetCustomField(materialFields_.alphaPr, "0");
                 setRailSimIfUnset(kTexDiff);

@@ -45,6 +45,9 @@ constexpr int32_t kPageHeight = 360;
 constexpr int32_t kStackLeft = 8;
 constexpr int32_t kStackTop = 32;
 constexpr int32_t kStackWidth = 232;
+constexpr int32_t kTexturesHeight = 64;
+constexpr int32_t kCheckBoxHeight = 24;
+constexpr int32_t kMstsPreferencesHeight = 128;
 
 // A stored window edge: text converted to a number; text that is not a number gives 0.
 int32_t StoredEdge(const std::string& text) {
@@ -98,9 +101,9 @@ void frmWizard::InitialiseSteps() {
     chkCreateShapeData.SetCaption("Create Shape Data");
     chkCabView.SetCaption("Create Default Cab View");
     chkSound.SetCaption("Create Default Sounds");
-    fraTextures.Resize(kStackWidth, 64);
-    chkExportToDocumentsFolder.Resize(kStackWidth, 24);
-    fraMSTSExportPreferences.Resize(kStackWidth, 128);
+    fraTextures.Resize(kStackWidth, kTexturesHeight);
+    chkExportToDocumentsFolder.Resize(kStackWidth, kCheckBoxHeight);
+    fraMSTSExportPreferences.Resize(kStackWidth, kMstsPreferencesHeight);
 
     for (size_t row = 0; row < lblDash.size(); ++row) {
         lblDash[row].SetCaption("-");
@@ -138,7 +141,7 @@ void frmWizard::OnLoad() {
         }
         SetUpPage();
     } catch (...) {
-        support::ReportCurrentError(platform_.ui);
+        ReportError();
     }
 }
 
@@ -150,7 +153,7 @@ void frmWizard::OnUnload() {
         platform_.settings.SaveSetting(application, kPositionSection, kTopKey,
                                        std::to_string(Top()));
     } catch (...) {
-        support::ReportCurrentError(platform_.ui);
+        ReportError();
     }
     sceneGraph_.reset();
 }
@@ -276,7 +279,7 @@ void frmWizard::SetUpPage() {
         // 11.
         RefreshPartIdentification();
     } catch (...) {
-        support::ReportCurrentError(platform_.ui);
+        ReportError();
     }
 }
 

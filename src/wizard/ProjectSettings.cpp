@@ -153,7 +153,7 @@ void frmWizard::LoadSettings(ProjectSettings& settings) {
                                 std::string(kTutorialAdvice));
         }
     } catch (...) {
-        support::ReportCurrentError(platform_.ui);
+        ReportError();
     }
 }
 
@@ -366,7 +366,7 @@ bool frmWizard::SaveSettings(ProjectSettings& settings) {
         settings.Long(kLongBve) = chkBVE.Value();
         return true;
     } catch (...) {
-        support::ReportCurrentError(platform_.ui);
+        ReportError();
         return false;
     }
 }

@@ -247,12 +247,20 @@ void frmWizard::SetSceneGraph(std::shared_ptr<host::SceneGraph> sceneGraph) {
     sceneGraph_ = std::move(sceneGraph);
 }
 
+void frmWizard::ReportError() noexcept {
+    try {
+        support::ReportCurrentError(platform_.ui);
+    } catch (...) {
+        // A report that fails has nowhere left to go; nothing may reach the front end.
+    }
+}
+
 std::function<void()> frmWizard::Handler(std::function<void()> body) {
     return [this, body = std::move(body)] {
         try {
             body();
         } catch (...) {
-            support::ReportCurrentError(platform_.ui);
+            ReportError();
         }
     };
 }

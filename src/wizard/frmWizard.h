@@ -220,6 +220,8 @@ class frmWizard : public support::DialogModel {
   private:
     // Wraps an event handler so that an error it raises is reported, never passed on.
     std::function<void()> Handler(std::function<void()> body);
+    // Reports the error being handled; call only inside a catch block.
+    void ReportError() noexcept;
 
     // Construction, one part per concern.
     void InitialiseSteps();
