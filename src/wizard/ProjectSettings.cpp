@@ -51,7 +51,8 @@ constexpr int32_t kLastCompression = 2;
 // An old vehicle's wheel group with this many wheels or more was carried in a bogie.
 constexpr int32_t kOldBogieWheels = 4;
 
-// Display forms: "0.0#" for the mass and the velocity, "0.0##" for the radii.
+// Display forms: "0.0#" for the mass and the velocity, "0.0##" for the radii. The velocity box's
+// own rule shows one decimal; the load shows up to two. Kept on purpose.
 constexpr int kMinDecimals = 1;
 constexpr int kMassDecimals = 2;
 constexpr int kVelocityDecimals = 2;
