@@ -67,10 +67,12 @@ inline Picture Halved(const Picture& picture) {
     half.rgba.resize(static_cast<size_t>(half.width) * half.height * 4);
     for (int32_t y = 0; y < half.height; ++y) {
         for (int32_t x = 0; x < half.width; ++x) {
+            // A side of 1 stays 1: its pixel counts twice.
+            const int32_t right = std::min(2 * x + 1, picture.width - 1);
+            const int32_t below = std::min(2 * y + 1, picture.height - 1);
             for (size_t c = 0; c < 4; ++c) {
-                const int sum = picture.Pixel(2 * x, 2 * y)[c] + picture.Pixel(2 * x + 1, 2 * y)[c] +
-                                picture.Pixel(2 * x, 2 * y + 1)[c] +
-                                picture.Pixel(2 * x + 1, 2 * y + 1)[c];
+                const int sum = picture.Pixel(2 * x, 2 * y)[c] + picture.Pixel(right, 2 * y)[c] +
+                                picture.Pixel(2 * x, below)[c] + picture.Pixel(right, below)[c];
                 half.rgba[(static_cast<size_t>(y) * half.width + x) * 4 + c] =
                     static_cast<uint8_t>((sum + 2) / 4);
             }

@@ -5,7 +5,7 @@
 namespace railwright::ace::testing {
 namespace {
 
-void PutLittleEndian(std::string& out, uint32_t value, int bytes) {
+void PutLittleEndian(std::string& out, uint64_t value, int bytes) {
     for (int i = 0; i < bytes; ++i) {
         out += static_cast<char>((value >> (8 * i)) & 0xFF);
     }
