@@ -36,8 +36,9 @@ bool SameFile(const std::filesystem::path& first, const std::filesystem::path& s
 
 int AceComp(const Arguments& arguments) {
     if (arguments.size() != 3) {
-        std::cerr << kProgram << ": usage: acecomp IN OUT (the same file twice compresses it in "
-                                 "place)\n";
+        std::cerr << kProgram
+                  << ": usage: acecomp IN OUT (the same file twice compresses it in "
+                     "place)\n";
         return kExitUsage;
     }
     const std::filesystem::path& input = arguments[1];

@@ -16,10 +16,9 @@ bool StartsWith(std::span<const uint8_t> bytes, std::string_view text) {
 }
 
 int32_t ReadInt32(std::span<const uint8_t> bytes, size_t at) {
-    return static_cast<int32_t>(static_cast<uint32_t>(bytes[at]) |
-                                static_cast<uint32_t>(bytes[at + 1]) << 8 |
-                                static_cast<uint32_t>(bytes[at + 2]) << 16 |
-                                static_cast<uint32_t>(bytes[at + 3]) << 24);
+    return static_cast<int32_t>(
+        static_cast<uint32_t>(bytes[at]) | static_cast<uint32_t>(bytes[at + 1]) << 8 |
+        static_cast<uint32_t>(bytes[at + 2]) << 16 | static_cast<uint32_t>(bytes[at + 3]) << 24);
 }
 
 uint64_t ReadUint64(std::span<const uint8_t> bytes, size_t at) {

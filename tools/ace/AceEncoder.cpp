@@ -149,7 +149,8 @@ Result<std::vector<uint8_t>> EncodeStructured(const std::vector<const Image*>& l
         scanlines += static_cast<uint64_t>(level->height);
         dataSize += ScanlineSize(level->width, alpha) * static_cast<uint64_t>(level->height);
     }
-    const uint64_t dataStart = kBodyHeaderSize + kChannelEntrySize * channels.size() + 4 * scanlines;
+    const uint64_t dataStart =
+        kBodyHeaderSize + kChannelEntrySize * channels.size() + 4 * scanlines;
     if (dataStart + dataSize > kLargestBody) {
         return TooLarge();
     }
@@ -181,8 +182,8 @@ uint64_t RawLevelSize(const Image& level, AlphaChannel alpha) {
     return ScanlineSize(level.width, alpha) * static_cast<uint64_t>(level.height);
 }
 
-Result<std::vector<uint8_t>> EncodeDxt1Body(const std::vector<const Image*>& levels,
-                                            int32_t flags, AlphaChannel alpha) {
+Result<std::vector<uint8_t>> EncodeDxt1Body(const std::vector<const Image*>& levels, int32_t flags,
+                                            AlphaChannel alpha) {
     const Image& top = *levels.front();
     const std::vector<Channel> channels = ChannelsFor(alpha);
     const uint64_t dataStart = kBodyHeaderSize + kChannelEntrySize * channels.size() +

@@ -104,7 +104,8 @@ void EncodePunchThroughBlock(const Block& block, uint8_t* out) {
             index = 0;
             int32_t best = SquaredDistance(block.data() + pixel * 4, palette[0]);
             for (uint32_t candidate = 1; candidate < 3; ++candidate) {
-                const int32_t distance = SquaredDistance(block.data() + pixel * 4, palette[candidate]);
+                const int32_t distance =
+                    SquaredDistance(block.data() + pixel * 4, palette[candidate]);
                 if (distance < best) {
                     best = distance;
                     index = candidate;
@@ -157,7 +158,8 @@ std::vector<uint8_t> EncodeDxt1(const Image& image, Dxt1Alpha alpha) {
     }
     // Each thread takes its own band of block rows and writes only that band's bytes.
     std::vector<std::thread> workers;
-    const int32_t rowsEach = static_cast<int32_t>((static_cast<size_t>(blockRows) + threads - 1) / threads);
+    const int32_t rowsEach =
+        static_cast<int32_t>((static_cast<size_t>(blockRows) + threads - 1) / threads);
     for (int32_t first = 0; first < blockRows; first += rowsEach) {
         const int32_t end = std::min(first + rowsEach, blockRows);
         workers.emplace_back(EncodeBlockRows, std::cref(image), alpha, first, end, data.data());

@@ -18,7 +18,7 @@ struct Fault {
 template <class T>
 class [[nodiscard]] Result {
   public:
-    Result(T value) : state_(std::move(value)) {}  // NOLINT: a value converts implicitly
+    Result(T value) : state_(std::move(value)) {}      // NOLINT: a value converts implicitly
     Result(Fault fault) : state_(std::move(fault)) {}  // NOLINT: so does a fault
 
     bool Ok() const { return state_.index() == 0; }

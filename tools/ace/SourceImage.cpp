@@ -63,8 +63,7 @@ bool TgaDataComplete(std::span<const uint8_t> bytes, bool colourMapped) {
     const uint64_t bytesPerPixel = (bytes[kTgaPixelDepth] + 7u) / 8u;
     const uint64_t colourMapBytes =
         colourMapped ? ReadUint16(bytes, 5) * ((bytes[kTgaColourMapEntryBits] + 7u) / 8u) : 0;
-    const uint64_t pixels =
-        static_cast<uint64_t>(ReadUint16(bytes, 12)) * ReadUint16(bytes, 14);
+    const uint64_t pixels = static_cast<uint64_t>(ReadUint16(bytes, 12)) * ReadUint16(bytes, 14);
     uint64_t position = kTgaHeaderSize + bytes[0] + colourMapBytes;
     const uint64_t size = bytes.size();
     if (bytes[kTgaImageType] < 8) {
@@ -113,11 +112,11 @@ Result<SourceFormat> CheckTga(std::span<const uint8_t> bytes) {
         (colourMapped && colourMapType != 1)) {
         return Fault{"is neither a TGA nor a BMP image"};
     }
-    const uint8_t colourBits =
-        colourMapped ? bytes[kTgaColourMapEntryBits] : bytes[kTgaPixelDepth];
+    const uint8_t colourBits = colourMapped ? bytes[kTgaColourMapEntryBits] : bytes[kTgaPixelDepth];
     if (!grey && (colourBits == 15 || colourBits == 16)) {
-        return Fault{"is a 16-bit TGA, whose alpha bit would be lost; save it with 24 or 32 bits "
-                     "per pixel"};
+        return Fault{
+            "is a 16-bit TGA, whose alpha bit would be lost; save it with 24 or 32 bits "
+            "per pixel"};
     }
     if (!TgaDataComplete(bytes, colourMapped)) {
         return Fault{"is a TGA image cut short"};
@@ -133,8 +132,9 @@ Result<SourceFormat> CheckBmp(std::span<const uint8_t> bytes) {
     const uint32_t compression =
         ReadUint32(bytes, kBmpInfoHeaderSize) == 12 ? 0 : ReadUint32(bytes, kBmpCompression);
     if (compression == kBmpRle8 || compression == kBmpRle4) {
-        return Fault{"is a run-length compressed BMP, which is not supported; save it "
-                     "uncompressed"};
+        return Fault{
+            "is a run-length compressed BMP, which is not supported; save it "
+            "uncompressed"};
     }
     if (compression == kBmpJpeg || compression == kBmpPng) {
         return Fault{"is a BMP holding JPEG or PNG data, which is not supported"};

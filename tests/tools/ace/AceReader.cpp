@@ -92,7 +92,8 @@ std::vector<uint8_t> Inflate(std::span<const uint8_t> file) {
 size_t ScanlineSize(int32_t width, const std::vector<AceChannelEntry>& channels) {
     size_t size = 0;
     for (const AceChannelEntry& channel : channels) {
-        size += channel.bits == 1 ? (static_cast<size_t>(width) + 7) / 8 : static_cast<size_t>(width);
+        size +=
+            channel.bits == 1 ? (static_cast<size_t>(width) + 7) / 8 : static_cast<size_t>(width);
     }
     return size;
 }
@@ -100,12 +101,14 @@ size_t ScanlineSize(int32_t width, const std::vector<AceChannelEntry>& channels)
 // One scanline into RGBA, channel after channel in header order.
 void ReadScanline(Cursor& cursor, const std::vector<AceChannelEntry>& channels, AceLevel& level,
                   int32_t y) {
-    const bool hasAlpha = std::any_of(channels.begin(), channels.end(),
-                                      [](const AceChannelEntry& c) { return c.type == kAlphaType; });
+    const bool hasAlpha =
+        std::any_of(channels.begin(), channels.end(),
+                    [](const AceChannelEntry& c) { return c.type == kAlphaType; });
     uint8_t* row = level.rgba.data() + static_cast<size_t>(y) * level.width * 4;
     for (const AceChannelEntry& channel : channels) {
         if (channel.bits == 1) {
-            const std::span<const uint8_t> bits = cursor.Take((static_cast<size_t>(level.width) + 7) / 8);
+            const std::span<const uint8_t> bits =
+                cursor.Take((static_cast<size_t>(level.width) + 7) / 8);
             if (!hasAlpha) {
                 for (int32_t x = 0; x < level.width; ++x) {
                     const bool set = (bits[static_cast<size_t>(x) / 8] >> (7 - x % 8)) & 1;
@@ -196,7 +199,8 @@ void ReadDxt1(Cursor& cursor, AceContents& ace, const std::vector<int32_t>& side
                             std::copy_n(pixels.data() + (y * 4 + x) * 4, 4,
                                         level.rgba.data() +
                                             ((static_cast<size_t>(blockY) * 4 + y) * level.width +
-                                             blockX * 4 + x) * 4);
+                                             blockX * 4 + x) *
+                                                4);
                         }
                     }
                 }
@@ -241,9 +245,9 @@ std::vector<uint8_t> DecodeDxt1Block(const uint8_t* block) {
     }
     palette[2][3] = 255;
     palette[3][3] = colour0 > colour1 ? 255 : 0;
-    const uint32_t indices = static_cast<uint32_t>(block[4]) | static_cast<uint32_t>(block[5]) << 8 |
-                             static_cast<uint32_t>(block[6]) << 16 |
-                             static_cast<uint32_t>(block[7]) << 24;
+    const uint32_t indices =
+        static_cast<uint32_t>(block[4]) | static_cast<uint32_t>(block[5]) << 8 |
+        static_cast<uint32_t>(block[6]) << 16 | static_cast<uint32_t>(block[7]) << 24;
     std::vector<uint8_t> pixels(64);
     for (size_t pixel = 0; pixel < 16; ++pixel) {
         const auto& colour = palette[(indices >> (2 * pixel)) & 3];

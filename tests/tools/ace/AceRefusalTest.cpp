@@ -40,21 +40,19 @@ std::vector<Refusal> MakeAceRefusals() {
     return {
         {"missing input", "", "", "", 1, "no such file", false, false},
         {"16-bit TGA", "sixteen.tga", Encode16BitTga(8, 8), "", 1, "16-bit", false, false},
-        {"run-length BMP", "rle.bmp", EncodeRunLengthBmp(8, 8), "", 1, "run-length", false,
-         false},
+        {"run-length BMP", "rle.bmp", EncodeRunLengthBmp(8, 8), "", 1, "run-length", false, false},
         {"not a picture", "notes.tga", "these are not pixels at all", "", 1,
          "neither a TGA nor a BMP", false, false},
         {"TGA cut short", "cut.tga", CutShort(tga, tga.size() - 5), "", 1, "cut short", false,
          false},
-        {"run-length TGA cut short", "cut.tga", CutShort(runLengthTga, runLengthTga.size() - 2),
-         "", 1, "cut short", false, false},
+        {"run-length TGA cut short", "cut.tga", CutShort(runLengthTga, runLengthTga.size() - 2), "",
+         1, "cut short", false, false},
         {"BMP cut short", "cut.bmp", CutShort(bmp, bmp.size() - 1), "", 1, "cut short", false,
          false},
         {"DXT1 of 6x6", "six.tga", EncodeTga(Opaque(Gradient(6, 6)), {}), " -dxt", 1,
          "multiples of 4", false, false},
         {"output folder missing", "fine.tga", tga, "", 1, "folder does not exist", true, true},
-        {"unknown switch", "fine.tga", tga, " -fast", 2, "unknown option \"-fast\"", false,
-         false},
+        {"unknown switch", "fine.tga", tga, " -fast", 2, "unknown option \"-fast\"", false, false},
     };
 }
 
@@ -62,8 +60,8 @@ TEST(AceRefusalTest, MakeAceRefusesAndWritesNothing) {
     for (const Refusal& refusal : MakeAceRefusals()) {
         SCOPED_TRACE(refusal.name);
         TempFolder folder;
-        const std::string input = folder / (refusal.sourceName.empty() ? "absent.tga"
-                                                                       : refusal.sourceName);
+        const std::string input =
+            folder / (refusal.sourceName.empty() ? "absent.tga" : refusal.sourceName);
         if (!refusal.sourceName.empty()) {
             PutFile(input, refusal.sourceBytes);
         }
@@ -97,7 +95,8 @@ TEST(AceRefusalTest, AFailedConversionKeepsTheOlderOutput) {
     const ToolRun run = RunTool(MakeAceCommandLine(input, output, ""));
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(GetFile(output), "the older texture");
-    EXPECT_EQ(FolderEntries(folder.Path()), (std::vector<std::string>{"sixteen.tga", "texture.ace"}));
+    EXPECT_EQ(FolderEntries(folder.Path()),
+              (std::vector<std::string>{"sixteen.tga", "texture.ace"}));
 }
 
 TEST(AceRefusalTest, MakeAceWantsAnInputAndAnOutput) {

@@ -20,14 +20,15 @@ inline ::testing::AssertionResult PixelsNear(const AceLevel& level, const Pictur
                                              int tolerance, double meanTolerance) {
     if (level.width != picture.width || level.height != picture.height) {
         return ::testing::AssertionFailure()
-               << "level is " << level.width << "x" << level.height << ", picture "
-               << picture.width << "x" << picture.height;
+               << "level is " << level.width << "x" << level.height << ", picture " << picture.width
+               << "x" << picture.height;
     }
     double errorSum = 0;
     for (int32_t y = 0; y < level.height; ++y) {
         for (int32_t x = 0; x < level.width; ++x) {
             const uint8_t* expected = picture.Pixel(x, y);
-            const uint8_t* actual = level.rgba.data() + (static_cast<size_t>(y) * level.width + x) * 4;
+            const uint8_t* actual =
+                level.rgba.data() + (static_cast<size_t>(y) * level.width + x) * 4;
             for (int c = 0; c < 4; ++c) {
                 const int error = std::abs(expected[c] - actual[c]);
                 if (c < 3) {

@@ -160,9 +160,9 @@ std::string EncodeBmp(const Picture& picture) {
     PutLittleEndian(file, 40, 4);  // info header size
     PutLittleEndian(file, static_cast<uint32_t>(picture.width), 4);
     PutLittleEndian(file, static_cast<uint32_t>(picture.height), 4);  // positive: bottom first
-    PutLittleEndian(file, 1, 2);   // planes
-    PutLittleEndian(file, 24, 2);  // bits per pixel
-    PutLittleEndian(file, 0, 4);   // no compression
+    PutLittleEndian(file, 1, 2);                                      // planes
+    PutLittleEndian(file, 24, 2);                                     // bits per pixel
+    PutLittleEndian(file, 0, 4);                                      // no compression
     PutLittleEndian(file, dataSize, 4);
     PutLittleEndian(file, 2835, 4);
     PutLittleEndian(file, 2835, 4);

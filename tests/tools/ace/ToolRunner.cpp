@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -31,8 +31,7 @@ ToolRun RunTool(const std::string& commandLine) {
     const int savedErrors = dup(STDERR_FILENO);
     dup2(errorsFile, STDERR_FILENO);
     support::posix::PosixProcesses processes;
-    const std::optional<int32_t> task =
-        processes.Launch(commandLine, support::WindowStyle::Hidden);
+    const std::optional<int32_t> task = processes.Launch(commandLine, support::WindowStyle::Hidden);
     dup2(savedErrors, STDERR_FILENO);
     close(savedErrors);
     close(errorsFile);
