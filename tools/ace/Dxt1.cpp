@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>  // the block encoder below needs memcpy
+#include <system_error>
 #include <thread>
 
 #define STB_DXT_IMPLEMENTATION
@@ -156,14 +157,21 @@ std::vector<uint8_t> EncodeDxt1(const Image& image, Dxt1Alpha alpha) {
         EncodeBlockRows(image, alpha, 0, blockRows, data.data());
         return data;
     }
-    // Each thread takes its own band of block rows and writes only that band's bytes.
+    // Each thread takes its own band of block rows and writes only that band's bytes; the last
+    // band, and any band no thread could be started for, is done by this thread.
     std::vector<std::thread> workers;
     const int32_t rowsEach =
         static_cast<int32_t>((static_cast<size_t>(blockRows) + threads - 1) / threads);
-    for (int32_t first = 0; first < blockRows; first += rowsEach) {
-        const int32_t end = std::min(first + rowsEach, blockRows);
-        workers.emplace_back(EncodeBlockRows, std::cref(image), alpha, first, end, data.data());
+    int32_t first = 0;
+    for (; first + rowsEach < blockRows; first += rowsEach) {
+        try {
+            workers.emplace_back(EncodeBlockRows, std::cref(image), alpha, first, first + rowsEach,
+                                 data.data());
+        } catch (const std::system_error&) {
+            break;
+        }
     }
+    EncodeBlockRows(image, alpha, first, blockRows, data.data());
     for (std::thread& worker : workers) {
         worker.join();
     }
