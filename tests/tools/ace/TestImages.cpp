@@ -17,7 +17,7 @@ std::string TgaHeader(uint8_t imageType, int32_t width, int32_t height, uint8_t 
     header += '\0';  // no image id
     header += '\0';  // no colour map
     header += static_cast<char>(imageType);
-    PutLittleEndian(header, 0, 5);  // colour map specification
+    PutLittleEndian(header, 0, 5);  // colour map: first entry, length, entry size
     PutLittleEndian(header, 0, 4);  // x and y origin
     PutLittleEndian(header, static_cast<uint32_t>(width), 2);
     PutLittleEndian(header, static_cast<uint32_t>(height), 2);
