@@ -201,6 +201,9 @@ public:
     virtual std::string ToolsFolder() = 0;
     // The user's documents folder, without a trailing separator.
     virtual std::string DocumentsFolder() = 0;
+    // The folder of the open model's file, against which the names of its texture files are
+    // resolved; empty for a model never saved, whose texture names are taken as they stand.
+    virtual std::string ModelFolder() { return {}; }
     // A new host component for each lookup or export.
     virtual std::shared_ptr<SimulatorLocator> CreateSimulatorLocator() = 0;
     virtual std::shared_ptr<host::Exporter> CreateExporter() = 0;

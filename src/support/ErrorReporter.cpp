@@ -8,8 +8,6 @@
 namespace railwright::support {
 namespace {
 
-constexpr std::string_view kForumAddress = "https://forum.railwright.org/problem-reports";
-
 constexpr std::string_view kOutOfMemory =
     "Out of memory. Please close all programs and run Polyforge again.";
 constexpr std::string_view kFailedComCall =

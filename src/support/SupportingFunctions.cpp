@@ -51,9 +51,13 @@ bool EndsWithIgnoreCase(std::string_view text, std::string_view suffix) {
 }
 
 std::string MstsFolder(host::HostContext& context, const std::string& currentFolder) {
-    const std::string applicationName = context.Application()->RegistryName();
+    return MstsFolder(*context.Application(), currentFolder);
+}
+
+std::string MstsFolder(host::Application& application, const std::string& currentFolder) {
+    const std::string applicationName = application.RegistryName();
     const std::string mainFile =
-        context.Application()->CreateSimulatorLocator()->FindMSTS(currentFolder, applicationName);
+        application.CreateSimulatorLocator()->FindMSTS(currentFolder, applicationName);
     // The locator reports the program file with Windows separators wherever the host runs; the
     // folder is everything up to and including the last separator.
     const size_t last = mainFile.find_last_of(std::string_view("\\/"));
@@ -64,9 +68,12 @@ std::string MstsFolder(host::HostContext& context, const std::string& currentFol
 }
 
 std::string RailWorksFolder(host::HostContext& context, intptr_t ownerWindow) {
-    const std::string applicationName = context.Application()->RegistryName();
-    return context.Application()->CreateSimulatorLocator()->FindRailWorks(ownerWindow,
-                                                                          applicationName);
+    return RailWorksFolder(*context.Application(), ownerWindow);
+}
+
+std::string RailWorksFolder(host::Application& application, intptr_t ownerWindow) {
+    const std::string applicationName = application.RegistryName();
+    return application.CreateSimulatorLocator()->FindRailWorks(ownerWindow, applicationName);
 }
 
 std::string ShortPath(FileSystem& files, const std::string& longPath) {

@@ -36,6 +36,9 @@ struct ErrorInfo {
     std::string description;
 };
 
+// The maker's problem reports forum, named at the end of the failure messages.
+inline constexpr std::string_view kForumAddress = "https://forum.railwright.org/problem-reports";
+
 // The error being handled; call only inside a catch block.
 ErrorInfo CurrentError();
 
@@ -51,8 +54,12 @@ void ReportCurrentError(UserInterface& ui);
 // The folder of MSTS, ending in the path separator, or empty when it is not installed.
 std::string MstsFolder(host::HostContext& context, const std::string& currentFolder);
 
+// The same, asked of the application itself.
+std::string MstsFolder(host::Application& application, const std::string& currentFolder);
+
 // The RailWorks / Rail Simulator folder as the locator reports it, or empty.
 std::string RailWorksFolder(host::HostContext& context, intptr_t ownerWindow);
+std::string RailWorksFolder(host::Application& application, intptr_t ownerWindow);
 
 // The short form of a path; empty when it does not exist.
 std::string ShortPath(FileSystem& files, const std::string& longPath);

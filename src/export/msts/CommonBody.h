@@ -8,6 +8,7 @@
 
 #include "export/msts/MstsTextFile.h"
 #include "export/msts/VehicleFiles.h"
+#include "export/textures/DriverSteps.h"
 
 namespace railwright::exportmsts {
 
@@ -46,8 +47,7 @@ inline constexpr std::string_view kWagonFrictionLinear =
 inline constexpr std::string_view kWagonFrictionRotational =
     "        5.1N/rad/s        1        -1rad/s        0        1";
 
-// Groups whose names begin with this (ignoring case) are placeholders: markers, not geometry.
-inline constexpr std::string_view kPlaceholderPrefix = "RailwrightPlaceholder-";
+using exporttextures::kPlaceholderPrefix;
 
 // The model's box without its placeholders, in metres: x across, y up, z along the vehicle.
 struct ModelBox {

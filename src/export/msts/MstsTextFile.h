@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/Host.h"
+#include "support/Platform.h"
 
 namespace railwright::exportmsts {
 
@@ -36,5 +37,11 @@ class MstsTextFile {
     host::Scripting& scripting_;
     std::string bytes_;
 };
+
+// Writes a finished file from scratch (an old file of that name is deleted first, a failure to
+// delete ignored) and has the tools folder's txt2uni.exe convert it to Unicode. A file that cannot
+// be written, or a tool that cannot be started, raises support::RunTimeError.
+void SaveMstsTextFile(support::Platform& platform, const std::string& toolsFolder,
+                      const std::string& fileName, std::string_view bytes);
 
 }  // namespace railwright::exportmsts

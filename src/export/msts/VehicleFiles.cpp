@@ -1,7 +1,6 @@
 #include "export/msts/VehicleFiles.h"
 
 #include "export/msts/VehicleTemplates.h"
-#include "export/textures/UnicodeConversion.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
@@ -9,15 +8,8 @@ namespace {
 
 void WriteVehicleFile(support::Platform& platform, const std::string& toolsFolder,
                       VehicleFileKind kind, const VehicleFileInputs& inputs) {
-    const std::string text = VehicleFileText(kind, inputs);
-    const std::string fileName = VehicleFileName(kind, inputs);
-    platform.files.DeleteFile(fileName);
-    if (!platform.files.WriteFile(fileName, text)) {
-        throw support::RunTimeError(support::kErrorPathFileAccess,
-                                    "Unable to write \"" + fileName + "\"");
-    }
-    // The exit code is not examined: a file the tool could not convert stays 8-bit text.
-    (void)exporttextures::ConvertToUnicode(platform, toolsFolder, fileName);
+    SaveMstsTextFile(platform, toolsFolder, VehicleFileName(kind, inputs),
+                     VehicleFileText(kind, inputs));
 }
 
 }  // namespace

@@ -109,6 +109,11 @@ std::string SceneApplication::DocumentsFolder() {
     return documentsFolder_;
 }
 
+std::string SceneApplication::ModelFolder() {
+    failures_->Check("Application.ModelFolder");
+    return modelFolder_;
+}
+
 std::shared_ptr<SimulatorLocator> SceneApplication::CreateSimulatorLocator() {
     failures_->Check("Application.CreateSimulatorLocator");
     return std::make_shared<SceneSimulatorLocator>(failures_, shared_);

@@ -41,12 +41,14 @@ public:
     void SetStatus(int32_t status) override;
     std::string ToolsFolder() override;
     std::string DocumentsFolder() override;
+    std::string ModelFolder() override;
     std::shared_ptr<SimulatorLocator> CreateSimulatorLocator() override;
     std::shared_ptr<host::Exporter> CreateExporter() override;
 
     void SetRegistryName(std::string name) { registryName_ = std::move(name); }
     void SetToolsFolder(std::string folder) { toolsFolder_ = std::move(folder); }
     void SetDocumentsFolder(std::string folder) { documentsFolder_ = std::move(folder); }
+    void SetModelFolder(std::string folder) { modelFolder_ = std::move(folder); }
     void SetSimulators(SimulatorInstallations installations);
     void SetExporterBehaviour(ExporterBehaviour behaviour);
     // Makes one exporter operation report failure (false) or success without writing anything.
@@ -77,6 +79,7 @@ private:
     std::string registryName_ = "Polyforge";
     std::string toolsFolder_;
     std::string documentsFolder_;
+    std::string modelFolder_;
     std::vector<std::string> calls_;
     std::shared_ptr<Shared> shared_;
 };

@@ -1,0 +1,145 @@
+#include "export/msts/DefaultCabAndSounds.h"
+
+#include "export/msts/CommonBody.h"
+#include "support/SupportingFunctions.h"
+
+namespace railwright::exportmsts {
+namespace {
+
+// Sub-types (the model's long 32) with engine writers and default trains of their own.
+constexpr int32_t kDieselEngine = 0;
+constexpr int32_t kElectricEngine = 1;
+constexpr int32_t kSteamEngine = 4;
+constexpr int32_t kTankEngine = 5;
+
+// The options that ask for the copies; 2 means checked.
+constexpr int32_t kSoundLong = 25;
+constexpr int32_t kCabViewLong = 26;
+constexpr int32_t kChecked = 2;
+
+constexpr int32_t kErrorPathNotFound = 76;
+
+constexpr std::string_view kCabViewFolder = "CABVIEW";
+constexpr std::string_view kSoundFolder = "SOUND";
+
+// What an engine sub-type lends from its default train, and the writer it gets.
+struct EngineFiles {
+    int32_t subType;
+    std::string_view cabView;      // in the train's CABVIEW folder
+    std::string_view cabSound;     // in the train's SOUND folder
+    std::string_view engineSound;  // in the train's SOUND folder
+    VehicleFileKind writer;
+};
+
+constexpr EngineFiles kEngineFiles[] = {
+    {kSteamEngine, "scotsman.cvf", "fscotcab.sms", "fscoteng.sms", VehicleFileKind::SteamEngine},
+    {kDieselEngine, "dash9.cvf", "d9cab.sms", "d9eng.sms", VehicleFileKind::DieselEngine},
+    {kElectricEngine, "acela.cvf", "acelacab.sms", "acelaeng.sms", VehicleFileKind::ElectricEngine},
+};
+
+const EngineFiles* FindEngineFiles(int32_t subType) {
+    for (const EngineFiles& files : kEngineFiles) {
+        if (files.subType == subType) {
+            return &files;
+        }
+    }
+    return nullptr;
+}
+
+void Copy(support::FileSystem& files, const std::string& from, const std::string& to) {
+    if (!files.FileExists(from)) {
+        throw support::RunTimeError(support::kErrorFileNotFound,
+                                    "File not found: \"" + from + "\"");
+    }
+    if (!files.CopyFile(from, to)) {
+        throw support::RunTimeError(support::kErrorPathFileAccess,
+                                    "Unable to copy \"" + from + "\" to \"" + to + "\"");
+    }
+}
+
+// Creates `targetFolder` and copies every file of `sourceFolder` matching `pattern` into it under
+// its own name.
+void CopyMatching(support::FileSystem& files, const std::string& sourceFolder,
+                  std::string_view pattern, const std::string& targetFolder) {
+    files.CreateFolder(targetFolder);
+    if (!files.FolderExists(sourceFolder)) {
+        throw support::RunTimeError(kErrorPathNotFound, "Path not found: \"" + sourceFolder + "\"");
+    }
+    for (const std::string& name : files.ListFiles(sourceFolder, pattern)) {
+        Copy(files, support::JoinPath(sourceFolder, name), support::JoinPath(targetFolder, name));
+    }
+}
+
+}  // namespace
+
+std::string_view DefaultTrain(int32_t subType) {
+    if (subType == kSteamEngine || subType == kTankEngine) {
+        return "SCOTSMAN";
+    }
+    return subType == kDieselEngine ? "DASH9" : "ACELA";
+}
+
+void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFolder,
+                        const std::string& mstsFolder, const VehicleFileInputs& inputs) {
+    support::FileSystem& files = platform.files;
+    const auto setting = [&inputs](int32_t index) {
+        if (index < 0 || static_cast<size_t>(index) >= inputs.userDataLongs.size()) {
+            throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
+                                        "Subscript out of range");
+        }
+        return inputs.userDataLongs[static_cast<size_t>(index)];
+    };
+    const int32_t subType = setting(settings::kSubTypeLong);
+    const bool cabView = setting(kCabViewLong) == kChecked;
+    const bool sounds = setting(kSoundLong) == kChecked;
+
+    // 1, 2. The default train's cab textures and sounds, for every vehicle but a passenger car.
+    const std::string train = support::JoinPath(
+        support::JoinPath(support::JoinPath(mstsFolder, "TRAINS"), "TRAINSET"), DefaultTrain(subType));
+    const std::string trainCabView = support::JoinPath(train, kCabViewFolder);
+    const std::string trainSound = support::JoinPath(train, kSoundFolder);
+    const std::string cabViewFolder = support::JoinPath(inputs.vehicleFolder, kCabViewFolder);
+    const std::string soundFolder = support::JoinPath(inputs.vehicleFolder, kSoundFolder);
+    if (subType != settings::kPassengerCar) {
+        if (cabView) {
+            CopyMatching(files, trainCabView, "*.ACE", cabViewFolder);
+        }
+        if (sounds) {
+            CopyMatching(files, trainSound, "*.WAV", soundFolder);
+        }
+    }
+
+    // 3. An engine's cab view and sounds under the project's name, then its writer.
+    const EngineFiles* engine = FindEngineFiles(subType);
+    if (engine == nullptr) {
+        WriteWagonFile(platform, toolsFolder, inputs);
+        return;
+    }
+    const std::string lowerName = support::ToLower(inputs.projectName);
+    if (cabView) {
+        Copy(files, support::JoinPath(trainCabView, engine->cabView),
+             support::JoinPath(cabViewFolder, lowerName + ".cvf"));
+    }
+    if (sounds) {
+        Copy(files, support::JoinPath(trainSound, engine->cabSound),
+             support::JoinPath(soundFolder, lowerName + "cab.sms"));
+        Copy(files, support::JoinPath(trainSound, engine->engineSound),
+             support::JoinPath(soundFolder, lowerName + "eng.sms"));
+    }
+    switch (engine->writer) {
+        case VehicleFileKind::SteamEngine:
+            WriteSteamEngineFile(platform, toolsFolder, inputs);
+            break;
+        case VehicleFileKind::DieselEngine:
+            WriteDieselEngineFile(platform, toolsFolder, inputs);
+            break;
+        case VehicleFileKind::ElectricEngine:
+            WriteElectricEngineFile(platform, toolsFolder, inputs);
+            break;
+        case VehicleFileKind::Wagon:
+            WriteWagonFile(platform, toolsFolder, inputs);
+            break;
+    }
+}
+
+}  // namespace railwright::exportmsts

@@ -1,0 +1,230 @@
+#include "export/railworks/RailWorksExport.h"
+
+#include <optional>
+
+#include "export/textures/DriverSteps.h"
+#include "export/textures/TextureCheck.h"
+#include "export/textures/TextureConversion.h"
+#include "support/SupportingFunctions.h"
+
+namespace railwright::exportrailworks {
+namespace {
+
+// The settings this export reads (the model's longs); the options hold 2 when checked.
+constexpr int32_t kProjectTypeLong = 0;
+constexpr int32_t kCreateShapeLong = 1;
+constexpr int32_t kConvertTexturesLong = 4;
+constexpr int32_t kCompressionLong = 23;
+constexpr int32_t kSubTypeLong = 32;
+constexpr int32_t kChecked = 2;
+
+// Project types (long 0).
+constexpr int32_t kRailNetwork = 0;
+constexpr int32_t kRailVehicle = 1;
+
+// No window owns the locator's dialogs once the wizard has closed.
+constexpr intptr_t kNoOwnerWindow = 0;
+
+std::string_view SimulatorNameOf(bool railWorks) {
+    return railWorks ? "RailWorks" : "Rail Simulator";
+}
+
+bool IsAnimated(host::Scripting& scripting) {
+    const int32_t count = scripting.GroupCount();
+    for (int32_t i = 0; i < count; ++i) {
+        if (scripting.Group(i)->KeyCount() >= 2) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class RailWorksExport {
+public:
+    RailWorksExport(support::Platform& platform, const RailWorksExportInputs& inputs)
+        : platform_(platform), inputs_(inputs), ui_(platform.ui) {}
+
+    bool Run();
+
+private:
+    int32_t Long(int32_t index) const {
+        if (index < 0 || static_cast<size_t>(index) >= inputs_.userDataLongs.size()) {
+            throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
+                                        "Subscript out of range");
+        }
+        return inputs_.userDataLongs[static_cast<size_t>(index)];
+    }
+    std::string_view SimulatorName() const { return SimulatorNameOf(inputs_.railWorks); }
+
+    std::string Root();
+    // Creates the source tree's levels and the project's folders; the project folder, ending in
+    // the path separator.
+    std::string CreateFolders();
+    // Runs one step unless an earlier one failed. An error is reported through the host's error
+    // reporting, its text prefixed with `context`, and marks the export failed.
+    template <typename Body>
+    void Step(std::string_view context, Body&& body);
+    void ExportFile(bool (host::Exporter::*operation)(const std::string&),
+                    const std::string& file);
+
+    support::Platform& platform_;
+    const RailWorksExportInputs& inputs_;
+    support::UserInterface& ui_;
+    bool failed_ = false;
+};
+
+std::string RailWorksExport::Root() {
+    std::string root;
+    if (inputs_.exportToDocumentsFolder) {
+        const std::string documents = inputs_.application.DocumentsFolder();
+        root = documents.empty() ? std::string() : support::JoinPath(documents, SimulatorName());
+    } else {
+        root = support::RailWorksFolder(inputs_.application, kNoOwnerWindow);
+    }
+    if (root.empty()) {
+        throw support::RunTimeError(support::kErrorFileNotFound,
+                                    std::string(SimulatorName()) + " was not found");
+    }
+    return root;
+}
+
+std::string RailWorksExport::CreateFolders() {
+    support::FileSystem& files = platform_.files;
+    // Each level in turn; a level that exists already is the normal case, and a level that
+    // cannot be made shows when a file cannot be written into it.
+    std::string folder = Root();
+    files.CreateFolder(folder);
+    for (const std::string_view level : {"Source", "Developer", "Addon"}) {
+        folder = support::JoinPath(folder, level);
+        files.CreateFolder(folder);
+    }
+    const int32_t projectType = Long(kProjectTypeLong);
+    const bool animated = projectType != kRailNetwork && projectType != kRailVehicle &&
+                          IsAnimated(inputs_.scripting);
+    for (const std::string& level :
+         ProjectFolder(projectType, Long(kSubTypeLong), animated, inputs_.projectName)) {
+        folder = support::JoinPath(folder, level);
+        files.CreateFolder(folder);
+    }
+    files.CreateFolder(support::JoinPath(folder, "Textures"));
+    return folder + support::kPathSeparator;
+}
+
+template <typename Body>
+void RailWorksExport::Step(std::string_view context, Body&& body) {
+    if (failed_) {
+        return;
+    }
+    try {
+        body();
+    } catch (...) {
+        failed_ = true;
+        const support::ErrorInfo error = support::CurrentError();
+        support::ReportError(ui_, {host::kHostErrorFailed,
+                                   std::string(context) + std::to_string(error.number) + "-" +
+                                       error.description});
+    }
+}
+
+void RailWorksExport::ExportFile(bool (host::Exporter::*operation)(const std::string&),
+                                 const std::string& file) {
+    std::shared_ptr<host::Exporter> exporter = inputs_.application.CreateExporter();
+    if (!((*exporter).*operation)(file)) {
+        throw host::HostError(host::kHostErrorFailed, "Unable to write \"" + file + "\"");
+    }
+}
+
+bool RailWorksExport::Run() {
+    // 1, 2.
+    const std::string projectFolder = CreateFolders();
+    // 3.
+    if (!exporttextures::FindMainGroup(inputs_.scripting)) {
+        exporttextures::ShowNoMainGroup(ui_);
+        return false;
+    }
+    // 4.
+    exporttextures::TextureList textures;
+    if (!exporttextures::CheckTextures(ui_, inputs_.scripting, inputs_.sceneGraph, textures,
+                                       exporttextures::kPlaceholderPrefix)) {
+        exporttextures::ShowNotFullyTextured(ui_, SimulatorName());
+        return false;
+    }
+    // 5 to 7.
+    Step("pConvertTextures error: ", [&] {
+        if (Long(kConvertTexturesLong) == kChecked) {
+            exporttextures::ConversionSettings settings;
+            settings.toolsFolder = inputs_.application.ToolsFolder();
+            settings.modelFolder = inputs_.application.ModelFolder();
+            settings.targetFolder = projectFolder + "Textures";
+            settings.compression = Long(kCompressionLong);
+            settings.target = inputs_.railWorks ? exporttextures::TextureTarget::RailWorks
+                                                : exporttextures::TextureTarget::RailSimulator;
+            exporttextures::ConvertTextures(platform_, textures, settings);
+        }
+    });
+    if (Long(kCreateShapeLong) == kChecked) {
+        Step("CIE_ExportIGS error: ", [&] {
+            ExportFile(&host::Exporter::ExportIGS, projectFolder + inputs_.projectName + ".igs");
+        });
+        Step("CIE_ExportIA error: ", [&] {
+            ExportFile(&host::Exporter::ExportIA, projectFolder + inputs_.projectName + ".ia");
+        });
+    }
+    // 8.
+    if (failed_) {
+        exporttextures::ShowExportFailed(ui_, SimulatorName());
+        return false;
+    }
+    exporttextures::ShowExportedTo(ui_, SimulatorName(), projectFolder);
+    return true;
+}
+
+}  // namespace
+
+std::vector<std::string> ProjectFolder(int32_t projectType, int32_t subType, bool animated,
+                                       const std::string& projectName) {
+    if (projectType == kRailVehicle) {
+        const auto vehicle = [&projectName](const char* kind, const char* role) {
+            return std::vector<std::string>{"RailVehicles", kind, projectName, "Default", role};
+        };
+        switch (subType) {
+            case 0:
+                return vehicle("Diesel", "Engine");
+            case 1:
+                return vehicle("Electric", "Engine");
+            case 2:
+                return vehicle("Freight", "Wagon");
+            case 3:
+                return vehicle("Passenger", "Coach");
+            default:
+                // Steam and tank engines, and a tender too: filed with the steam engines.
+                return vehicle("Steam", "Engine");
+        }
+    }
+    if (projectType == kRailNetwork) {
+        static constexpr const char* kNetworkKinds[] = {"Bridges", "Buffers", "Signals", "Track"};
+        const bool listed = subType >= 0 && subType < 4;
+        return {"RailNetwork", listed ? kNetworkKinds[subType] : "Tunnels"};
+    }
+    if (animated) {
+        return {"Scenery", "Animated"};
+    }
+    return {"Scenery", subType == 1 ? "Vegetation" : subType == 2 ? "Vehicles" : "Buildings"};
+}
+
+bool ExportRailWorks(support::Platform& platform, const RailWorksExportInputs& inputs) noexcept {
+    try {
+        RailWorksExport run(platform, inputs);
+        return run.Run();
+    } catch (...) {
+        // An error before the steps (the folders, the "Main" group) ends the export the same way.
+        try {
+            exporttextures::ShowExportFailed(platform.ui, SimulatorNameOf(inputs.railWorks));
+        } catch (...) {
+            // Nothing may reach the host, not even a failing message box.
+        }
+        return false;
+    }
+}
+
+}  // namespace railwright::exportrailworks
