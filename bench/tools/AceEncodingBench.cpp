@@ -32,7 +32,7 @@ Image TestTexture(bool withAlpha) {
             pixel[0] = static_cast<uint8_t>((x / 8 + jitter) & 0xFF);
             pixel[1] = static_cast<uint8_t>((y / 8 + jitter) & 0xFF);
             pixel[2] = static_cast<uint8_t>(((x + y) / 16 + jitter) & 0xFF);
-            pixel[3] = withAlpha ? static_cast<uint8_t>(((x / 64) % 2) * 255) : 255;
+            pixel[3] = static_cast<uint8_t>(withAlpha ? ((x / 64) % 2) * 255 : 255);
         }
     }
     return image;
