@@ -137,4 +137,8 @@ std::shared_ptr<SceneMaterial> SceneSelection::AddMaterial(MaterialProperties pr
     return material;
 }
 
+void SceneSelection::AddMaterial(std::shared_ptr<SceneMaterial> material) {
+    materials_.push_back(std::move(material));
+}
+
 }  // namespace railwright::host::scene

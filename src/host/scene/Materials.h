@@ -97,6 +97,9 @@ public:
 
     // The scene's own access, never failing.
     std::shared_ptr<SceneMaterial> AddMaterial(MaterialProperties properties);
+    // Adds a material that another holder of the same model already holds: one material used by
+    // several shapes, whose field values are then shared.
+    void AddMaterial(std::shared_ptr<SceneMaterial> material);
     const std::vector<std::shared_ptr<SceneMaterial>>& Materials() const { return materials_; }
     const std::string& NameValue() const { return name_; }
     void SetGroup(std::weak_ptr<host::SceneGroup> group) { group_ = std::move(group); }

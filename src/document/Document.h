@@ -1,0 +1,88 @@
+// The model document: a glTF 2.0 model (.gltf with its buffers and images beside it or in data:
+// URIs, or a self-contained .glb) loaded into the in-memory scene, and saved back in the same
+// form with what the system changed.
+//
+//     LoadResult loaded = Document::Load("loco.gltf");
+//     if (!loaded.document) { report(loaded.error); }
+//     host::scene::Scene& scene = loaded.document->Scene();   // the host objects of the model
+//     ... run the plug-in against scene.scripting, scene.hostContext ...
+//     SaveResult saved = loaded.document->Save();
+//
+// How the file maps to the scene is described in ModelLoading.cpp, what saving changes in
+// WriteBack.cpp, where the system's own data lives in StoredData.h.
+//
+// Saving never corrupts the target: the new file is written beside it, read back and compared
+// with the scene, and only then renamed into place. Errors are values; nothing here throws.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "host/scene/Scene.h"
+
+namespace railwright::document {
+
+struct DocumentState;
+class Document;
+
+struct [[nodiscard]] LoadResult {
+    std::unique_ptr<Document> document;  // null when the file was refused
+    std::string error;                   // names the file and the fault
+};
+
+struct [[nodiscard]] SaveResult {
+    std::string error;  // empty on success; otherwise names the file and the fault
+    bool Ok() const { return error.empty(); }
+};
+
+class Document {
+public:
+    // Loads the model at `path` (UTF-8). A file that is not sound glTF 2.0, or that needs what
+    // the document cannot read (compressed geometry, integer positions), is refused with a
+    // message naming the file and the fault.
+    static LoadResult Load(const std::string& path);
+    ~Document();
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    // The in-memory scene and its host objects.
+    host::scene::Scene& Scene();
+    // The settings values that the host keeps with the model, for Plugin_Apply.
+    std::vector<float>& UserDataSingles();
+    std::vector<int32_t>& UserDataLongs();
+    std::string& UserDataString();
+
+    // The absolute path of the loaded file.
+    std::string Path() const;
+    bool IsBinary() const;
+
+    // Saves over the loaded file.
+    SaveResult Save();
+    // Saves to another file, in the loaded file's form whatever its name. Relative URIs of
+    // buffers and images are rewritten to name the same files from the new folder; a model
+    // whose files cannot be named from there (another drive) is refused. The document stays
+    // bound to the loaded file.
+    SaveResult SaveAs(const std::string& path);
+
+    // Writes every image held inside the file (bufferView or data: URI) to the file name that
+    // its materials give it beside the model, so that texture conversion finds a file. A file
+    // of that name that already holds the same bytes is left as it is; one holding other bytes
+    // is an error. Empty on success.
+    [[nodiscard]] std::string WriteEmbeddedImages();
+
+    // The model as `railwright inspect --json` prints it: groups in scene order (index, name,
+    // parent index or -1, shapes, keys, fields by field name), materials by holder (holder,
+    // texture, fields), the custom field names by slot and the settings values.
+    nlohmann::ordered_json Inspect();
+
+private:
+    explicit Document(std::unique_ptr<DocumentState> state);
+
+    std::unique_ptr<DocumentState> state_;
+};
+
+}  // namespace railwright::document

@@ -1,0 +1,69 @@
+// What a loaded document holds: the file as it was read, the scene built from it, and for each
+// group and material the glTF object it came from with what it looked like then. Saving
+// compares the scene with those records and changes only what differs.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "document/StoredData.h"
+#include "host/scene/Scene.h"
+
+namespace railwright::document {
+
+enum class FileForm {
+    Text,   // .gltf: JSON, buffers and images in files beside it or in data: URIs
+    Binary  // .glb: JSON and buffer 0 in one file
+};
+
+// A group and the glTF object it came from, as loaded.
+struct GroupRecord {
+    std::shared_ptr<host::scene::Node> group;
+    int node = -1;  // the glTF node; -1 for the root group, which is the scene
+    std::string name;
+    host::scene::Affine local;
+    std::vector<host::scene::Key> keys;
+    std::vector<int> children;  // glTF node indices, in order
+};
+
+struct MaterialRecord {
+    std::shared_ptr<host::scene::SceneMaterial> material;
+    int index = -1;  // the glTF material; -1 for the default material of primitives without one
+};
+
+// An image held inside the file (a bufferView or a data: URI) and the file name made for it.
+struct EmbeddedImage {
+    int image = -1;
+    std::string fileName;  // beside the model
+    std::string bytes;
+};
+
+struct DocumentState {
+    std::filesystem::path file;    // absolute
+    std::filesystem::path folder;  // the file's folder: where relative URIs point
+    FileForm form = FileForm::Text;
+    Json json;                      // the file's JSON as read; never changed by saving
+    std::optional<std::string> bin;  // .glb: the BIN chunk
+    std::string otherChunks;        // .glb: chunks of other types, kept as they were
+    int scene = -1;  // the glTF scene shown as the root group; -1 when the file has none and
+                     // the parentless nodes are its top groups
+    host::scene::Scene host;
+    std::vector<GroupRecord> groups;  // in scene order when loaded; [0] is the root group
+    std::vector<MaterialRecord> materials;
+    ModelData data;  // the settings values (edited in place) and the field names as loaded
+    std::vector<EmbeddedImage> images;
+};
+
+// Reads `file` into `state`. Empty on success; otherwise the fault, without the file's name.
+[[nodiscard]] std::string LoadState(const std::filesystem::path& file, DocumentState& state);
+
+// The file's JSON with every change of the scene and settings applied, and the BIN chunk to go
+// with it (.glb). Empty on success; otherwise the fault.
+[[nodiscard]] std::string ApplyChanges(const DocumentState& state, Json& json,
+                                       std::optional<std::string>& bin);
+
+}  // namespace railwright::document

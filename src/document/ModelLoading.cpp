@@ -1,0 +1,388 @@
+// Reading a glTF file into the in-memory scene.
+//
+// The mapping:
+//  - the root group is the scene: the file's default scene, else its first; a file without
+//    scenes shows its parentless nodes, in index order. Nodes that the scene does not reach
+//    are not groups; they stay in the file as they are.
+//  - every node of the scene is a group, in depth-first pre-order, children in their order. Its
+//    name is the node's name; a node without one is "Node<index>". Its local transform comes
+//    from the node's matrix or translation, rotation and scale.
+//  - a node's mesh is one shape of its group: the positions of all its primitives, in the
+//    node's frame (a skinned mesh in its bind pose). The shape's material holder is named after
+//    the mesh ("Mesh<index>" when it has no name) and holds one material per distinct material
+//    of the primitives, in order. One glTF material is one material of the scene, shared by
+//    every holder that uses it; primitives without a material share one default material.
+//  - a material's texture file is the file of its base colour image, the further maps those of
+//    its normal, occlusion, emissive and metallic-roughness images. An image file is its URI
+//    percent-decoded and resolved against the model's folder (URIs with a scheme are kept as
+//    they are). An image inside the file (bufferView or data: URI) has no file of its own: it
+//    is named "<model name>_image<index>.<ext>" beside the model, a file that
+//    Document::WriteEmbeddedImages writes on request.
+//  - alpha mode MASK makes the base colour file the transparency map as well (its alpha is a
+//    cut-out); BLEND gives a translucency level of 1. OPAQUE gives neither.
+//  - animation keys: see Animations.h. Settings and custom fields: see StoredData.h.
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+
+#include "document/Animations.h"
+#include "document/AccessorReader.h"
+#include "document/DocumentState.h"
+#include "document/GltfContainer.h"
+#include "document/TinyGltfReader.h"
+#include "document/Uri.h"
+#include "document/Validation.h"
+
+namespace railwright::document {
+
+namespace {
+
+using host::scene::Affine;
+using host::scene::MaterialProperties;
+using host::scene::Node;
+using host::scene::SceneMaterial;
+using host::scene::SceneSelection;
+using host::Vector3;
+
+std::optional<std::string> ReadFileBytes(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    if (!stream) {
+        return std::nullopt;
+    }
+    const std::streamoff size = stream.tellg();
+    if (size < 0) {
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<size_t>(size), '\0');
+    stream.seekg(0);
+    if (size > 0 && !stream.read(bytes.data(), size)) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+std::string Quoted(const std::string& name) { return name.empty() ? "" : " \"" + name + "\""; }
+
+// The name the JSON object gives itself, or the fallback when it has none.
+std::string NameOf(const Json& object, const std::string& fallback) {
+    const auto name = object.find("name");
+    return name != object.end() && name->is_string() ? name->get<std::string>() : fallback;
+}
+
+const Json& Element(const Json& root, const char* array, size_t index) {
+    return root.at(array).at(index);
+}
+
+std::string ImageExtension(const std::string& mimeType, std::string_view bytes) {
+    if (mimeType == "image/png" || bytes.substr(0, 4) == "\x89PNG") {
+        return ".png";
+    }
+    if (mimeType == "image/jpeg" || bytes.substr(0, 2) == "\xFF\xD8") {
+        return ".jpg";
+    }
+    if (mimeType == "image/webp") {
+        return ".webp";
+    }
+    if (mimeType == "image/ktx2") {
+        return ".ktx2";
+    }
+    return ".bin";
+}
+
+// Builds the scene of a validated model into `state`.
+class SceneMapper {
+public:
+    SceneMapper(const tinygltf::Model& model, const std::map<int, std::string>& dataUriImages,
+                DocumentState& state)
+        : model_(model), dataUriImages_(dataUriImages), state_(state) {}
+
+    std::string Map();
+
+private:
+    void NameImages();
+    std::string AddGroup(int nodeIndex, Node& parent);
+    std::string MeshVertices(int meshIndex, std::vector<Vector3>& vertices);
+    std::string AddMaterial(int index, SceneSelection& holder);
+    std::string TextureFile(int textureIndex) const;
+
+    const tinygltf::Model& model_;
+    const std::map<int, std::string>& dataUriImages_;
+    DocumentState& state_;
+    std::vector<std::string> imageFiles_;
+    std::map<int, std::vector<host::scene::Key>> keys_;
+    std::map<int, std::shared_ptr<SceneMaterial>> materials_;  // by glTF index, -1 the default
+};
+
+std::string SceneMapper::Map() {
+    const Json& root = state_.json;
+    if (std::string fault = ReadModelData(root.at("asset"), state_.data); !fault.empty()) {
+        return "the asset: " + fault;
+    }
+    state_.scene = model_.defaultScene >= 0 ? model_.defaultScene
+                   : model_.scenes.empty()  ? -1
+                                            : 0;
+    std::vector<int> roots;
+    std::string rootName = "Scene";
+    if (state_.scene >= 0) {
+        roots = model_.scenes[static_cast<size_t>(state_.scene)].nodes;
+        rootName = NameOf(Element(root, "scenes", static_cast<size_t>(state_.scene)), rootName);
+    } else {
+        std::vector<bool> isChild(model_.nodes.size(), false);
+        for (const tinygltf::Node& node : model_.nodes) {
+            for (const int child : node.children) {
+                isChild[static_cast<size_t>(child)] = true;
+            }
+        }
+        for (size_t i = 0; i < isChild.size(); ++i) {
+            if (!isChild[i]) {
+                roots.push_back(static_cast<int>(i));
+            }
+        }
+    }
+
+    state_.host = host::scene::Scene::Create(rootName);
+    host::scene::Model& scene = *state_.host.model;
+    for (const std::string& name : state_.data.groupFields) {
+        scene.GroupFields().Add(name);
+    }
+    for (const std::string& name : state_.data.materialFields) {
+        scene.MaterialFields().Add(name);
+    }
+    const std::shared_ptr<Node>& rootGroup = scene.Root();
+    if (state_.scene >= 0) {
+        const std::string owner = "scene " + std::to_string(state_.scene) + Quoted(rootName);
+        if (std::string fault =
+                ReadFieldValues(Element(root, "scenes", static_cast<size_t>(state_.scene)),
+                                state_.data.groupFields.size(), rootGroup->CustomFields());
+            !fault.empty()) {
+            return owner + ": " + fault;
+        }
+    }
+    state_.groups.push_back({rootGroup, -1, rootName, {}, {}, roots});
+
+    if (std::string fault = ReadNodeKeys(model_, keys_); !fault.empty()) {
+        return fault;
+    }
+    NameImages();
+
+    // Depth-first pre-order without recursion: a child is pushed after its later siblings.
+    std::vector<std::pair<int, Node*>> pending;
+    for (auto it = roots.rbegin(); it != roots.rend(); ++it) {
+        pending.emplace_back(*it, rootGroup.get());
+    }
+    while (!pending.empty()) {
+        const auto [nodeIndex, parent] = pending.back();
+        pending.pop_back();
+        if (std::string fault = AddGroup(nodeIndex, *parent); !fault.empty()) {
+            return fault;
+        }
+        Node* group = state_.groups.back().group.get();
+        const std::vector<int>& children = model_.nodes[static_cast<size_t>(nodeIndex)].children;
+        for (auto it = children.rbegin(); it != children.rend(); ++it) {
+            pending.emplace_back(*it, group);
+        }
+    }
+    return {};
+}
+
+void SceneMapper::NameImages() {
+    const std::string stem = Utf8FromPath(state_.file.stem());
+    for (size_t i = 0; i < model_.images.size(); ++i) {
+        const tinygltf::Image& image = model_.images[i];
+        const auto data = dataUriImages_.find(static_cast<int>(i));
+        std::string bytes;
+        if (image.bufferView >= 0) {
+            const tinygltf::BufferView& view =
+                model_.bufferViews[static_cast<size_t>(image.bufferView)];
+            const auto& buffer = model_.buffers[static_cast<size_t>(view.buffer)].data;
+            bytes.assign(reinterpret_cast<const char*>(buffer.data()) + view.byteOffset,
+                         view.byteLength);
+        } else if (data != dataUriImages_.end()) {
+            bytes = data->second;
+        } else {
+            const std::string& uri = image.uri;
+            imageFiles_.push_back(IsRelativeReference(uri) ? ResolveReference(state_.folder, uri)
+                                  : HasScheme(uri)         ? uri
+                                                           : PercentDecode(uri));
+            continue;
+        }
+        EmbeddedImage embedded{static_cast<int>(i), {}, std::move(bytes)};
+        embedded.fileName = stem + "_image" + std::to_string(i) +
+                            ImageExtension(image.mimeType, embedded.bytes);
+        imageFiles_.push_back(Utf8FromPath(state_.folder / PathFromUtf8(embedded.fileName)));
+        state_.images.push_back(std::move(embedded));
+    }
+}
+
+std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
+    const tinygltf::Node& node = model_.nodes[static_cast<size_t>(nodeIndex)];
+    const Json& json = Element(state_.json, "nodes", static_cast<size_t>(nodeIndex));
+    const std::string name = NameOf(json, "Node" + std::to_string(nodeIndex));
+    const std::string owner = "node " + std::to_string(nodeIndex) + Quoted(name);
+    if ((!node.translation.empty() && node.translation.size() != 3) ||
+        (!node.rotation.empty() && node.rotation.size() != 4) ||
+        (!node.scale.empty() && node.scale.size() != 3)) {
+        return owner + " has a translation, rotation or scale with the wrong number of values.";
+    }
+    for (const std::vector<double>* values :
+         {&node.matrix, &node.translation, &node.rotation, &node.scale}) {
+        for (const double value : *values) {
+            if (!std::isfinite(value)) {
+                return owner + " has a transform with a number that is not finite.";
+            }
+        }
+    }
+    const Affine local = NodeLocalTransform(node);
+    const std::shared_ptr<Node> group = state_.host.model->AddGroup(name, parent, local);
+    if (std::string fault =
+            ReadFieldValues(json, state_.data.groupFields.size(), group->CustomFields());
+        !fault.empty()) {
+        return owner + ": " + fault;
+    }
+    if (const auto keys = keys_.find(nodeIndex); keys != keys_.end()) {
+        for (const host::scene::Key& key : keys->second) {
+            group->PutKey(key);
+        }
+    }
+    if (node.mesh >= 0) {
+        std::vector<Vector3> vertices;
+        if (std::string fault = MeshVertices(node.mesh, vertices); !fault.empty()) {
+            return fault;
+        }
+        const tinygltf::Mesh& mesh = model_.meshes[static_cast<size_t>(node.mesh)];
+        const std::shared_ptr<SceneSelection> holder = state_.host.model->AddMaterialHolder(
+            NameOf(Element(state_.json, "meshes", static_cast<size_t>(node.mesh)),
+                   "Mesh" + std::to_string(node.mesh)));
+        std::vector<int> held;
+        for (const tinygltf::Primitive& primitive : mesh.primitives) {
+            if (std::find(held.begin(), held.end(), primitive.material) == held.end()) {
+                held.push_back(primitive.material);
+                if (std::string fault = AddMaterial(primitive.material, *holder);
+                    !fault.empty()) {
+                    return fault;
+                }
+            }
+        }
+        group->AddShape({std::move(vertices), holder});
+    }
+    state_.groups.push_back({group, nodeIndex, name, local, group->Keys(), node.children});
+    return {};
+}
+
+std::string SceneMapper::MeshVertices(int meshIndex, std::vector<Vector3>& vertices) {
+    const tinygltf::Mesh& mesh = model_.meshes[static_cast<size_t>(meshIndex)];
+    std::vector<float> positions;
+    for (size_t p = 0; p < mesh.primitives.size(); ++p) {
+        const auto position = mesh.primitives[p].attributes.find("POSITION");
+        if (position == mesh.primitives[p].attributes.end()) {
+            continue;
+        }
+        if (std::string fault =
+                ReadAccessor(model_, position->second, 3, ComponentRule::FloatOnly, positions);
+            !fault.empty()) {
+            return "mesh " + std::to_string(meshIndex) + Quoted(mesh.name) + " primitive " +
+                   std::to_string(p) + " has positions that cannot be used: " + fault;
+        }
+        for (size_t i = 0; i + 2 < positions.size(); i += 3) {
+            vertices.push_back({positions[i], positions[i + 1], positions[i + 2]});
+        }
+    }
+    return {};
+}
+
+std::string SceneMapper::TextureFile(int textureIndex) const {
+    if (textureIndex < 0) {
+        return {};
+    }
+    const int source = model_.textures[static_cast<size_t>(textureIndex)].source;
+    return source < 0 ? std::string() : imageFiles_[static_cast<size_t>(source)];
+}
+
+std::string SceneMapper::AddMaterial(int index, SceneSelection& holder) {
+    if (const auto known = materials_.find(index); known != materials_.end()) {
+        holder.AddMaterial(known->second);
+        return {};
+    }
+    MaterialProperties properties;
+    FieldValues fields = state_.data.defaultMaterialFields;
+    if (index >= 0) {
+        const tinygltf::Material& material = model_.materials[static_cast<size_t>(index)];
+        properties.textureFile = TextureFile(material.pbrMetallicRoughness.baseColorTexture.index);
+        if (material.alphaMode == "MASK") {
+            properties.transparencyMap = properties.textureFile;
+        } else if (material.alphaMode == "BLEND") {
+            properties.translucencyLevel = 1;
+        }
+        properties.normalMap = TextureFile(material.normalTexture.index);
+        properties.occlusionMap = TextureFile(material.occlusionTexture.index);
+        properties.emissiveMap = TextureFile(material.emissiveTexture.index);
+        properties.metallicRoughnessMap =
+            TextureFile(material.pbrMetallicRoughness.metallicRoughnessTexture.index);
+        if (std::string fault =
+                ReadFieldValues(Element(state_.json, "materials", static_cast<size_t>(index)),
+                                state_.data.materialFields.size(), fields);
+            !fault.empty()) {
+            return "material " + std::to_string(index) + Quoted(material.name) + ": " + fault;
+        }
+    }
+    std::shared_ptr<SceneMaterial> material = holder.AddMaterial(properties);
+    material->CustomFields() = fields;
+    materials_[index] = material;
+    state_.materials.push_back({material, index});
+    return {};
+}
+
+}  // namespace
+
+std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
+    std::error_code error;
+    state.file = std::filesystem::absolute(file, error);
+    if (error) {
+        return "its path cannot be made absolute.";
+    }
+    state.folder = state.file.parent_path();
+    const std::optional<std::string> bytes = ReadFileBytes(state.file);
+    if (!bytes) {
+        return "it cannot be read.";
+    }
+    std::string_view jsonText = *bytes;
+    if (LooksLikeGlb(*bytes)) {
+        state.form = FileForm::Binary;
+        GlbChunks chunks;
+        if (std::string fault = SplitGlb(*bytes, chunks); !fault.empty()) {
+            return fault;
+        }
+        jsonText = chunks.json;
+        if (chunks.bin) {
+            state.bin = std::string(*chunks.bin);
+        }
+        state.otherChunks = std::string(chunks.otherChunks);
+    }
+    if (std::string fault = JsonNestingFault(jsonText); !fault.empty()) {
+        return fault;
+    }
+    try {
+        state.json = Json::parse(jsonText);
+    } catch (const Json::exception& exception) {
+        return std::string("its JSON cannot be read: ") + exception.what();
+    }
+    if (!state.json.is_object()) {
+        return "its JSON is not an object.";
+    }
+
+    TinyGltfRead read = ReadWithTinyGltf(*bytes, state.form == FileForm::Binary, state.json,
+                                         state.folder);
+    if (!read.error.empty()) {
+        return read.error;
+    }
+    if (std::string fault = ValidateModel(read.model); !fault.empty()) {
+        return fault;
+    }
+    try {
+        return SceneMapper(read.model, read.dataUriImages, state).Map();
+    } catch (const Json::exception& exception) {
+        return std::string("its JSON does not match what was read from it: ") + exception.what();
+    }
+}
+
+}  // namespace railwright::document
