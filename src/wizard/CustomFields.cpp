@@ -1,8 +1,12 @@
-// The custom group and material fields that the wizard keeps in the model, and the default values
-// of the material fields.
+// The custom group and material fields that the wizard keeps in the model, the default values of
+// the material fields, and the default values of the group fields: each part's name for each
+// simulator.
+#include "wizard/CustomFields.h"
+
 #include <array>
 #include <optional>
 
+#include "identification/Identification.h"
 #include "support/SupportingFunctions.h"
 #include "wizard/frmWizard.h"
 
@@ -164,6 +168,50 @@ void frmWizard::SetDefaultMaterialFieldValues() {
                 setRailSimIfUnset(kTexDiff);
             }
             material->Changed(0);
+        }
+    }
+}
+
+void frmWizard::SetDefaultGroupCustomFields() {
+    using identification::PartEntry;
+    struct SimulatorField {
+        const char* fieldName;
+        std::string PartEntry::*partName;
+    };
+    constexpr SimulatorField kSimulatorFields[] = {
+        {kMstsField, &PartEntry::MstsName},     {kRailSimField, &PartEntry::RailWorksName},
+        {kTrainzField, &PartEntry::TrainzName}, {kRail3DField, &PartEntry::Rail3DName},
+        {kBveField, &PartEntry::BveName},
+    };
+    // Only the fields that the model has; none is created here.
+    struct PresentField {
+        int32_t index;
+        std::string PartEntry::*partName;
+    };
+    std::vector<PresentField> fields;
+    for (const SimulatorField& field : kSimulatorFields) {
+        const int32_t index = Graph().GroupFieldIndex(field.fieldName);
+        if (index >= 0) {
+            fields.push_back({index, field.partName});
+        }
+    }
+
+    // The parts of the attributes as they stand now, each found in the model by its group name:
+    // a part that was skipped or never identified has no group to mark.
+    const identification::PartCatalogue parts =
+        identification::ListParts(CatalogueInputsFromControls());
+    for (const PartEntry& part : parts.entries) {
+        const std::shared_ptr<host::SceneGroup> group =
+            identification::FindGroupNamed(host_.scene, part.GroupName);
+        if (!group) {
+            continue;
+        }
+        for (const PresentField& field : fields) {
+            const std::string& name = part.*field.partName;
+            // "notsure", a bogie's name for the simulators that may not know bogies, is written.
+            if (name != identification::kNoName) {
+                group->SetCustomField(field.index, name);
+            }
         }
     }
 }

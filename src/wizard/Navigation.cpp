@@ -140,12 +140,19 @@ void frmWizard::OnLoad() {
             return;
         }
         SetUpPage();
+        host_.viewer.OnPick([this] { OnViewerSelection(); });
     } catch (...) {
         ReportError();
     }
 }
 
 void frmWizard::OnUnload() {
+    try {
+        // The view outlives the dialog.
+        host_.viewer.OnPick(nullptr);
+    } catch (...) {
+        ReportError();
+    }
     try {
         const std::string application = ApplicationName();
         platform_.settings.SaveSetting(application, kPositionSection, kLeftKey,
@@ -168,6 +175,11 @@ bool frmWizard::AnySimulatorChecked() const {
     return false;
 }
 
+void frmWizard::ShowSimulatorRequired() {
+    platform_.ui.ShowMessage(kSimulatorRequired, support::MessageIcon::Exclamation,
+                             support::MessageButtons::Ok);
+}
+
 void frmWizard::GoToStep(int step) {
     optSteps[static_cast<size_t>(currentStep_)].SetValue(0);
     currentStep_ = step;
@@ -178,8 +190,7 @@ void frmWizard::GoToStep(int step) {
 void frmWizard::cmdNext_Click() {
     // Made on every step, not only on "Start".
     if (!AnySimulatorChecked()) {
-        platform_.ui.ShowMessage(kSimulatorRequired, support::MessageIcon::Exclamation,
-                                 support::MessageButtons::Ok);
+        ShowSimulatorRequired();
         return;
     }
     // The button is disabled on the last step.
@@ -210,8 +221,7 @@ void frmWizard::optSteps_Click(int index) {
         return;
     }
     if (index != kStepStart) {
-        platform_.ui.ShowMessage(kSimulatorRequired, support::MessageIcon::Exclamation,
-                                 support::MessageButtons::Ok);
+        ShowSimulatorRequired();
         optSteps[static_cast<size_t>(index)].SetValue(0);
         currentStep_ = kStepStart;
         optSteps[kStepStart].SetValue(1);
@@ -341,9 +351,5 @@ void frmWizard::StackExportPreferences() {
         }
     }
 }
-
-// FIXME: rebuilds the part catalogue for the project type and refreshes the identification
-// prompt, once part identification is in place.
-void frmWizard::RefreshPartIdentification() {}
 
 }  // namespace railwright::wizard

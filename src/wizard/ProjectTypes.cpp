@@ -35,7 +35,7 @@ constexpr std::array<ProjectType, 3> kProjectTypes{{
      "Microsoft Train Simulator. However, a report of these settings and other model details are "
      "provided to aid in setting up other simulators.",
      {kDieselEngine, kElectricEngine, kFreightCar, kPassengerCar, kSteamEngine, kTankEngine,
-      "Tender"}},
+      kTender}},
     {kScenery,
      "A scenery object does not interact with trains in any way.",
      "",

@@ -16,6 +16,7 @@ inline constexpr std::string_view kDieselEngine = "Diesel Engine";
 inline constexpr std::string_view kElectricEngine = "Electric Engine";
 inline constexpr std::string_view kFreightCar = "Freight Car";
 inline constexpr std::string_view kPassengerCar = "Passenger Car";
+inline constexpr std::string_view kTender = "Tender";
 inline constexpr std::string_view kSignal = "Signal";
 inline constexpr std::string_view kTunnel = "Tunnel";
 

@@ -4,6 +4,7 @@
 
 #include "support/SupportingFunctions.h"
 #include "support/Warn.h"
+#include "wizard/CustomFields.h"
 #include "wizard/frmWizard.h"
 
 namespace railwright::wizard {
@@ -18,13 +19,6 @@ constexpr std::string_view kRailWorksMissing =
 constexpr std::string_view kRailSimulatorMissing =
     "Unable to find Rail Simulator. This wizard requires that Rail Simulator be installed to "
     "export to Rail Simulator format.";
-
-// The custom group field that marks a model's groups for each simulator.
-constexpr const char* kMstsField = "MSTS";
-constexpr const char* kRailSimField = "Rail Sim";
-constexpr const char* kTrainzField = "Trainz";
-constexpr const char* kRail3DField = "Rail3D";
-constexpr const char* kBveField = "BVE";
 
 constexpr const char* kRoutesFolder = "ROUTES";
 

@@ -221,6 +221,7 @@ frmWizard::frmWizard(support::Platform& platform, support::FontWiz& fonts, Wizar
     InitialiseProjectTypes();
     InitialiseSimulatorSelection();
     InitialiseAttributes();
+    InitialiseIdentification();
     cmdFinish.onClick = Handler([this] { cmdFinish_Click(); });
 }
 
@@ -263,13 +264,6 @@ std::function<void()> frmWizard::Handler(std::function<void()> body) {
             ReportError();
         }
     };
-}
-
-// FIXME: Finish's checks, save and model changes come with the identification work; until then
-// Finish closes the wizard as finished.
-void frmWizard::cmdFinish_Click() {
-    finishClicked_ = true;
-    Unload();
 }
 
 }  // namespace railwright::wizard

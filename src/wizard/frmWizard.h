@@ -7,8 +7,8 @@
 //
 // The class is defined across one file per concern: frmWizard.cpp (the controls and the
 // plug-in's interface), Navigation.cpp (load, unload, steps and the page set-up),
-// ProjectTypes.cpp, SimulatorSelection.cpp, CustomFields.cpp, AttributeRules.cpp and
-// ProjectSettings.cpp.
+// ProjectTypes.cpp, SimulatorSelection.cpp, CustomFields.cpp, AttributeRules.cpp,
+// ProjectSettings.cpp, Identification.cpp (the part identification step) and Finish.cpp.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +20,8 @@
 #include <vector>
 
 #include "host/Host.h"
+#include "identification/Identification.h"
+#include "identification/PartCatalogue.h"
 #include "support/DialogModel.h"
 #include "support/FontWiz.h"
 #include "support/Platform.h"
@@ -76,6 +78,8 @@ class frmWizard : public support::DialogModel {
 
     int CurrentStep() const { return currentStep_; }
     const MaterialFieldIndices& MaterialFields() const { return materialFields_; }
+    // The parts of the project as the identification step last built them.
+    const identification::PartCatalogue& Catalogue() const { return catalogue_; }
 
     // Fills the controls from stored settings, upgrading settings older than the current layout
     // in place. A settings array shorter than the layout ends the load with a reported run-time
@@ -228,9 +232,11 @@ class frmWizard : public support::DialogModel {
     void InitialiseProjectTypes();
     void InitialiseSimulatorSelection();
     void InitialiseAttributes();
+    void InitialiseIdentification();
 
     // Steps and navigation.
     bool AnySimulatorChecked() const;
+    void ShowSimulatorRequired();
     void GoToStep(int step);
     void cmdNext_Click();
     void cmdPrevious_Click();
@@ -240,6 +246,20 @@ class frmWizard : public support::DialogModel {
     void SetUpVehiclePage(const std::string& subType);
     void StackExportPreferences();
     void RefreshPartIdentification();
+
+    // Part identification.
+    identification::CatalogueInputs CatalogueInputsFromControls() const;
+    identification::IdentificationContext PartIdentification();
+    void BuildPartCatalogue();
+    void AdvanceIdentification();
+    void OnViewerSelection();
+    void cmdSkip_Click();
+    void cmdReset_Click();
+
+    // Finish.
+    void RefuseFinish(std::string_view message, int step);
+    bool GatherLooseGeometry();
+    void SetDefaultGroupCustomFields();
 
     // Project types.
     void FillProjectTypes();
@@ -281,6 +301,8 @@ class frmWizard : public support::DialogModel {
     std::shared_ptr<host::SceneGraph> sceneGraph_;
     int currentStep_ = kStepStart;
     MaterialFieldIndices materialFields_;
+    identification::PartCatalogue catalogue_;
+    bool moveWarningShown_ = false;  // MoveWarningShown: the move failure message, once per run
 };
 
 }  // namespace railwright::wizard

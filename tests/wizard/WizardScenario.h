@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "host/scene/Scene.h"
@@ -50,6 +51,29 @@ inline host::scene::Scene PreparedScene() {
         .Group("Body")
         .Box({-1, 0, -5}, {1, 3, 5}, "body.ace")
         .Build();
+}
+
+// Picks in the view of the scene for an event script: a group by name (the first of that name in
+// scene order) or by its index.
+inline ui::script::ScriptedUserInterface::Picker ScenePicker(host::scene::Scene& scene) {
+    return [&scene](const std::variant<std::string, int32_t>& which) -> std::string {
+        std::shared_ptr<host::scene::Node> group;
+        if (const auto* name = std::get_if<std::string>(&which)) {
+            group = scene.model->FindGroup(*name);
+            if (!group) {
+                return "the model has no group \"" + *name + "\"";
+            }
+        } else {
+            const int32_t index = std::get<int32_t>(which);
+            const auto& order = scene.model->GroupOrder();
+            if (index < 0 || index >= static_cast<int32_t>(order.size())) {
+                return "the model has no group " + std::to_string(index);
+            }
+            group = order[static_cast<size_t>(index)];
+        }
+        scene.viewer->Pick(group);
+        return {};
+    };
 }
 
 struct StoredSettings {
@@ -91,6 +115,7 @@ class WizardScenario {
         ASSERT_TRUE(parsed.script) << parsed.error;
         echo_.str({});
         ui_ = std::make_unique<RecordingUserInterface>(*parsed.script, &echo_);
+        ui_->SetPicker(ScenePicker(scene_));
         platform_ = std::make_unique<support::Platform>(
             support::Platform{files_, processes_, userSettings_, system_, *ui_});
         fonts_ = std::make_unique<support::FontWiz>(system_);
@@ -102,11 +127,17 @@ class WizardScenario {
         ui_->ShowModal(*wizard_);
     }
 
-    // Runs a script made of these events, written as JSON objects.
-    void RunEvents(const std::vector<std::string>& events) {
+    // Runs a script made of these events, written as JSON objects, answering its questions with
+    // `answers` ("Yes", "No") in order.
+    void RunEvents(const std::vector<std::string>& events,
+                   const std::vector<std::string>& answers = {}) {
         std::string json = R"({ "events": [ )";
         for (size_t i = 0; i < events.size(); ++i) {
             json += (i == 0 ? "" : ", ") + events[i];
+        }
+        json += R"( ], "answers": [ )";
+        for (size_t i = 0; i < answers.size(); ++i) {
+            json += (i == 0 ? "\"" : ", \"") + answers[i] + "\"";
         }
         Run(json + " ] }");
     }
@@ -170,6 +201,9 @@ inline std::string Select(std::string_view control, std::string_view entry) {
 inline std::string Type(std::string_view control, std::string_view text) {
     return R"({ "type": ")" + std::string(control) + R"(", "text": ")" + std::string(text) +
            R"(" })";
+}
+inline std::string Pick(std::string_view group) {
+    return R"({ "pick": ")" + std::string(group) + R"(" })";
 }
 inline std::string Type(std::string_view control, int index, std::string_view text) {
     return R"({ "type": ")" + std::string(control) + R"(", "index": )" + std::to_string(index) +

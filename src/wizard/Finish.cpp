@@ -1,0 +1,123 @@
+// "Finish": the checks that send the user back to the step that needs attention, the save, and
+// the changes to the model that the exports rely on (everything with geometry under "Main", the
+// drive wheel animation, the default custom group fields). The exports themselves run after the
+// dialog has closed.
+#include <memory>
+#include <vector>
+
+#include "identification/DriveWheelAnimation.h"
+#include "identification/Identification.h"
+#include "support/SupportingFunctions.h"
+#include "wizard/ProjectTypes.h"
+#include "wizard/frmWizard.h"
+
+namespace railwright::wizard {
+namespace {
+
+constexpr std::string_view kTitleRequired = "A project title is required.";
+constexpr std::string_view kNameRequired = "A project name is required.";
+constexpr std::string_view kRouteRequired = "A route is required.";
+constexpr std::string_view kGroupsMoved =
+    "Groups that contain shapes were moved to the \"Main\" group. This may not be the correct "
+    "location in the hierarchy for these items, but this will ensure that they are exported to "
+    "MSTS format.";
+
+// An empty description is never stored.
+constexpr const char* kBlankText = " ";
+
+// Asked of the host before animated wheel groups are built.
+constexpr int32_t kAnimationFlags = 8;
+constexpr int32_t kAnimationMode = 1;
+
+}  // namespace
+
+void frmWizard::RefuseFinish(std::string_view message, int step) {
+    platform_.ui.ShowMessage(message, support::MessageIcon::Exclamation,
+                             support::MessageButtons::Ok);
+    GoToStep(step);
+}
+
+void frmWizard::cmdFinish_Click() {
+    if (!AnySimulatorChecked()) {
+        ShowSimulatorRequired();
+        GoToStep(kStepStart);
+        return;
+    }
+    if (txtProjectTitle.Text().empty()) {
+        RefuseFinish(kTitleRequired, kStepTitle);
+        return;
+    }
+    if (txtProjectName.Text().empty()) {
+        RefuseFinish(kNameRequired, kStepTitle);
+        return;
+    }
+    const std::string type = cboProjectType.Text();
+    if (chkMSTS.Value() == 1 && (type == kScenery || type == kRailNetwork) &&
+        cboRoute.Text().empty()) {
+        RefuseFinish(kRouteRequired, kStepAttributes);
+        BuildPartCatalogue();
+        return;
+    }
+    for (Control* box : {&txtProjectDescription, &txtOperatingProcedures}) {
+        if (box->Text().empty()) {
+            box->SetText(kBlankText);
+        }
+    }
+
+    finishClicked_ = true;
+    if (!SaveSettings()) {
+        return;
+    }
+    if (GatherLooseGeometry()) {
+        platform_.ui.ShowMessage(kGroupsMoved, support::MessageIcon::Information,
+                                 support::MessageButtons::Ok);
+    }
+    if (chkAnimation.Value() == 1 && IsSteam(cboProjectSubType.Text())) {
+        host_.scene.SetFlags(kAnimationFlags);
+        host_.scene.SetMode(kAnimationMode);
+        identification::AnimateDriveWheels(host_.scene, platform_.ui);
+    }
+    if (chkDefaultGroupCustomFields.Value() == 1) {
+        SetDefaultGroupCustomFields();
+    }
+    Unload();
+}
+
+// Moves every group that holds shapes, and whose top-level group is not "Main" (only the first
+// four letters count, so "MainBody" is "Main" too), into "Main". True when a move was made.
+bool frmWizard::GatherLooseGeometry() {
+    host::Scripting& scene = host_.scene;
+    // The groups as they stand before the first move, which changes the scene order. The top
+    // group (index 0) is never examined.
+    std::vector<std::shared_ptr<host::SceneGroup>> groups;
+    const int32_t count = scene.GroupCount();
+    for (int32_t i = 1; i < count; ++i) {
+        try {
+            groups.push_back(scene.Group(i));
+        } catch (...) {
+            // A group that cannot be reached is left where it is.
+        }
+    }
+
+    identification::IdentificationContext context = PartIdentification();
+    const std::string main(identification::kMainGroupName);
+    bool moved = false;
+    for (const std::shared_ptr<host::SceneGroup>& group : groups) {
+        try {
+            if (group->ShapeCount() == 0) {
+                continue;
+            }
+            const std::string top = support::TopLevelAncestorName(scene, *group);
+            if (!support::StartsWithIgnoreCase(top, main)) {
+                identification::MoveGroupUnder(context, *group, main);
+                // Counted as moved even when "Main" was missing and the move was refused.
+                moved = true;
+            }
+        } catch (...) {
+            // One group's failure leaves it where it is; the others are still gathered.
+        }
+    }
+    return moved;
+}
+
+}  // namespace railwright::wizard
