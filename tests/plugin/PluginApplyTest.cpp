@@ -6,6 +6,7 @@
 #include "plugin/Railwright.h"
 #include "support/Fakes.h"
 #include "ui/script/ScriptedUserInterface.h"
+#include "wizard/WizardScenario.h"
 
 namespace railwright::plugin {
 namespace {
@@ -13,6 +14,8 @@ namespace {
 using host::scene::Scene;
 using host::scene::SceneBuilder;
 
+constexpr size_t kProjectType = 0;
+constexpr size_t kProjectSubType = 32;
 constexpr size_t kMsts = 37;
 constexpr size_t kRailSimulator = 38;
 constexpr size_t kToDocuments = 43;
@@ -60,12 +63,21 @@ public:
         scene.application->SetSimulators({"/sim/msts/train.exe", "/sim/railworks"});
     }
 
+    // A freight car with a title and a name, which Finish accepts once its body is identified
+    // as "Main" (kIdentifyMainAndFinish).
+    void MakeFinishable(const std::string& settingsText = "Title|name||||||") {
+        longs[kProjectType] = 1;
+        longs[kProjectSubType] = 2;
+        text = settingsText;
+    }
+
     // Applies the plug-in; the wizard replays `events` (JSON objects) and answers `answers`.
     bool Apply(const std::string& events = "", const std::string& answers = "") {
         auto parsed = ui::script::ParseEventScript(R"({ "events": [ )" + events +
                                                    R"( ], "answers": [ )" + answers + " ] }");
         EXPECT_TRUE(parsed.script) << parsed.error;
         ui = std::make_unique<ui::script::ScriptedUserInterface>(*parsed.script, &echo);
+        ui->SetPicker(testing::ScenePicker(scene));
         support::Platform platform{files, processes, settings, system, *ui};
         Railwright plugin(platform, *scene.viewer, exports);
         return plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, singles, longs, text);
@@ -83,6 +95,9 @@ public:
     std::ostringstream echo;
     std::unique_ptr<ui::script::ScriptedUserInterface> ui;
 };
+
+const std::string kIdentifyMainAndFinish =
+    R"({ "click": "optSteps", "index": 4 }, { "pick": "Body" }, { "click": "cmdFinish" })";
 
 const std::vector<std::string> kNotifications = {"Redraw 1", "RefreshPanel SysProperties",
                                                  "SetStatus 100"};
@@ -203,7 +218,9 @@ TEST(PluginApply, RunsTheChosenExportsInOrderWhileEachSucceeds) {
         application.longs[kRailWorks] = c.railWorks;
         application.exports.mstsSucceeds = c.mstsSucceeds;
         application.exports.railSimulatorSucceeds = c.railSimulatorSucceeds;
-        application.Apply(R"({ "click": "chkTrainz" }, { "click": "cmdFinish" })");
+        application.MakeFinishable();
+        application.Apply(R"({ "click": "chkTrainz" }, )" + kIdentifyMainAndFinish);
+        EXPECT_TRUE(application.ui->Messages().empty()) << application.echo.str();
         EXPECT_EQ(application.exports.calls, c.expected)
             << c.msts << c.railSimulator << c.railWorks << c.mstsSucceeds << "\n"
             << application.echo.str();
@@ -215,13 +232,29 @@ TEST(PluginApply, HandsTheExportsTheSettingsFieldsAndTheDocumentsFlag) {
     Application application;
     application.longs[kMsts] = 1;
     application.longs[kToDocuments] = 1;
-    application.text = "Title|name||Description|||Procedures";
-    application.Apply(R"({ "click": "cmdFinish" })");
+    application.MakeFinishable("Title|name||Description|||Procedures");
+    application.Apply(kIdentifyMainAndFinish);
     ASSERT_EQ(application.exports.calls, std::vector<std::string>{"MSTS"})
         << application.echo.str();
     EXPECT_EQ(application.exports.fields,
               (SettingsFields{"Title", "name", "Description", "Procedures"}));
     EXPECT_TRUE(application.exports.toDocuments);
+    // The exports see the model as Finish left it.
+    const auto main = application.scene.GroupNamed("Main");
+    EXPECT_EQ(main->ParentNode(), application.scene.model->Root());
+    EXPECT_EQ(application.scene.model->Root()->NameValue(), "Title");
+}
+
+TEST(PluginApply, AFinishThatFailsItsChecksExportsNothing) {
+    Application application;
+    application.longs[kMsts] = 1;
+    application.MakeFinishable("|name||||||");
+    const std::vector<int32_t> longsBefore = application.longs;
+    application.Apply(kIdentifyMainAndFinish);
+    EXPECT_EQ(application.echo.str(), "Railwright: exclamation: A project title is required.\n");
+    EXPECT_TRUE(application.exports.calls.empty());
+    EXPECT_EQ(application.longs, longsBefore);
+    EXPECT_EQ(application.scene.application->Calls(), kNotifications);
 }
 
 TEST(PluginApply, NothingEscapesWhenEveryHostOperationFails) {
