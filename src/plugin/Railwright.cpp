@@ -81,6 +81,7 @@ bool Railwright::Plugin_Apply(const std::shared_ptr<host::Scripting>& scene,
                               std::vector<int32_t>& userDataLongs,
                               std::string& userDataString) noexcept {
     support::UserInterface& ui = platform_.ui;
+    outcome_ = {};
     // 1. The module-wide references.
     scene_ = scene;
     sceneGraph_ = sceneGraph;
@@ -100,10 +101,12 @@ bool Railwright::Plugin_Apply(const std::shared_ptr<host::Scripting>& scene,
                 Attempt(ui, [&] { ui.ShowModal(wizard); });
                 // 13 to 17.
                 if (wizard.FinishClicked()) {
-                    Attempt(ui, [&] {
+                    outcome_.wizardFinished = true;
+                    const bool ran = Attempt(ui, [&] {
                         wizard.GetOptions(userDataString, userDataSingles, userDataLongs);
                         RunExports(userDataSingles, userDataLongs, userDataString);
                     });
+                    outcome_.exportsSucceeded = outcome_.exportsSucceeded && ran;
                 }
             }
             // 18, 19.
@@ -160,6 +163,7 @@ void Railwright::RunExports(std::vector<float>& userDataSingles,
         bool succeeded = false;
         Attempt(platform_.ui, [&] { succeeded = driver(arguments); });
         ok = succeeded ? -1 : 0;
+        outcome_.exportsSucceeded = outcome_.exportsSucceeded && succeeded;
     };
     if (userDataLongs.at(kLongExportMsts) != 0) {
         run([this](const ExportArguments& arguments) { return exports_.ExportToMsts(arguments); });

@@ -49,6 +49,12 @@ struct Validation {
     bool operator==(const Validation&) const = default;
 };
 
+// How the last application ended, for a front end that reports it (the command's exit status).
+struct ApplyOutcome {
+    bool wizardFinished = false;  // closed by Finish after its checks passed
+    bool exportsSucceeded = true; // every export that ran succeeded
+};
+
 class Railwright {
 public:
     // The viewer is the wizard's embedded view, owned by the front end.
@@ -68,6 +74,8 @@ public:
                       std::vector<float>& userDataSingles, std::vector<int32_t>& userDataLongs,
                       std::string& userDataString) noexcept;
 
+    const ApplyOutcome& LastOutcome() const { return outcome_; }
+
 private:
     void PlaceView();
     void RunExports(std::vector<float>& userDataSingles, std::vector<int32_t>& userDataLongs,
@@ -81,6 +89,7 @@ private:
     // The module-wide host references, held for the duration of one application.
     std::shared_ptr<host::Scripting> scene_;
     std::shared_ptr<host::HostContext> sceneGraph_;
+    ApplyOutcome outcome_;
 };
 
 }  // namespace railwright::plugin

@@ -80,7 +80,10 @@ public:
         ui->SetPicker(testing::ScenePicker(scene));
         support::Platform platform{files, processes, settings, system, *ui};
         Railwright plugin(platform, *scene.viewer, exports);
-        return plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, singles, longs, text);
+        const bool result =
+            plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, singles, longs, text);
+        outcome = plugin.LastOutcome();
+        return result;
     }
 
     Scene scene;
@@ -94,6 +97,7 @@ public:
     testing::FakeSystemInfo system;
     std::ostringstream echo;
     std::unique_ptr<ui::script::ScriptedUserInterface> ui;
+    ApplyOutcome outcome;
 };
 
 const std::string kIdentifyMainAndFinish =
@@ -149,6 +153,7 @@ TEST(PluginApply, CancelWritesNothingBackButStillNotifiesTheHost) {
     const std::vector<int32_t> longsBefore = application.longs;
     EXPECT_TRUE(application.Apply(R"({ "click": "cmdCancel" })"));
     EXPECT_TRUE(application.exports.calls.empty());
+    EXPECT_FALSE(application.outcome.wizardFinished);
     EXPECT_EQ(application.longs, longsBefore);
     EXPECT_EQ(application.singles[0], 96.5f);
     EXPECT_EQ(application.text, "Title|name||||||");
@@ -224,6 +229,10 @@ TEST(PluginApply, RunsTheChosenExportsInOrderWhileEachSucceeds) {
         EXPECT_EQ(application.exports.calls, c.expected)
             << c.msts << c.railSimulator << c.railWorks << c.mstsSucceeds << "\n"
             << application.echo.str();
+        EXPECT_TRUE(application.outcome.wizardFinished);
+        EXPECT_EQ(application.outcome.exportsSucceeded,
+                  (c.msts == 0 || c.mstsSucceeds) &&
+                      (c.expected.size() < 2 || c.railSimulator == 0 || c.railSimulatorSucceeds));
         EXPECT_EQ(application.scene.application->Calls(), kNotifications);
     }
 }
