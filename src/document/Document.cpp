@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include <fstream>
+#include <map>
 #include <unordered_map>
 
 #include "document/DocumentState.h"
@@ -40,15 +41,12 @@ std::string RebaseUris(Json& json, const std::filesystem::path& from,
     return {};
 }
 
-std::vector<const host::scene::SceneMaterial*> MaterialsInHolderOrder(
-    const host::scene::Model& model) {
-    std::vector<const host::scene::SceneMaterial*> materials;
-    for (const auto& holder : model.MaterialHolders()) {
-        for (const auto& material : holder->Materials()) {
-            materials.push_back(material.get());
-        }
+std::map<int, FieldValues> MaterialFields(const DocumentState& state) {
+    std::map<int, FieldValues> fields;
+    for (const MaterialRecord& record : state.materials) {
+        fields[record.index] = record.material->CustomFields();
     }
-    return materials;
+    return fields;
 }
 
 // What a file just saved must read back as: the same groups in the same order under the same
@@ -87,15 +85,8 @@ std::string CompareReadBack(const DocumentState& expected, const DocumentState& 
         want.MaterialFields().Names() != got.MaterialFields().Names()) {
         return "the custom field names read back differently.";
     }
-    const auto wantMaterials = MaterialsInHolderOrder(want);
-    const auto gotMaterials = MaterialsInHolderOrder(got);
-    if (wantMaterials.size() != gotMaterials.size()) {
-        return "the materials read back differently.";
-    }
-    for (size_t i = 0; i < wantMaterials.size(); ++i) {
-        if (wantMaterials[i]->CustomFields() != gotMaterials[i]->CustomFields()) {
-            return "the fields of material " + std::to_string(i) + " read back differently.";
-        }
+    if (MaterialFields(expected) != MaterialFields(actual)) {
+        return "the fields of the materials read back differently.";
     }
     if (expected.data.singles != actual.data.singles || expected.data.longs != actual.data.longs ||
         expected.data.text != actual.data.text) {

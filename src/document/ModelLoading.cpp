@@ -61,6 +61,14 @@ std::optional<std::string> ReadFileBytes(const std::filesystem::path& file) {
     return bytes;
 }
 
+// nlohmann's messages start with a tag ("[json.exception.parse_error.101] ") meant for
+// programmers.
+std::string WithoutExceptionTag(const std::string& message) {
+    const size_t end = message.find("] ");
+    return message.rfind('[', 0) == 0 && end != std::string::npos ? message.substr(end + 2)
+                                                                   : message;
+}
+
 std::string Quoted(const std::string& name) { return name.empty() ? "" : " \"" + name + "\""; }
 
 // The name the JSON object gives itself, or the fallback when it has none.
@@ -341,6 +349,12 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
         return "its path cannot be made absolute.";
     }
     state.folder = state.file.parent_path();
+    if (!std::filesystem::exists(state.file, error)) {
+        return "there is no such file.";
+    }
+    if (!std::filesystem::is_regular_file(state.file, error)) {
+        return "it is not a file.";
+    }
     const std::optional<std::string> bytes = ReadFileBytes(state.file);
     if (!bytes) {
         return "it cannot be read.";
@@ -364,7 +378,7 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
     try {
         state.json = Json::parse(jsonText);
     } catch (const Json::exception& exception) {
-        return std::string("its JSON cannot be read: ") + exception.what();
+        return "its JSON cannot be read: " + WithoutExceptionTag(exception.what());
     }
     if (!state.json.is_object()) {
         return "its JSON is not an object.";
