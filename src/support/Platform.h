@@ -135,6 +135,11 @@ public:
     // Handles pending window messages while a long task runs.
     virtual void PumpMessages() = 0;
     virtual ScreenSize Screen() = 0;
+    // Reports progress of a long task of many items (item `done` of `total`, `item` naming the
+    // one now being worked on); a front end may show it or not.
+    virtual void Progress(std::string_view task, int done, int total, std::string_view item) {
+        (void)task, (void)done, (void)total, (void)item;
+    }
 };
 
 struct Platform {

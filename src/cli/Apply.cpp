@@ -1,0 +1,188 @@
+// `railwright apply`: one application of the plug-in to a glTF model, with the wizard driven by an
+// event script.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "cli/Command.h"
+#include "document/Uri.h"
+#include "cli/Services.h"
+#include "document/Document.h"
+#include "plugin/ProductExports.h"
+#include "plugin/Railwright.h"
+#include "support/SupportingFunctions.h"
+#include "ui/script/ScriptedUserInterface.h"
+
+namespace railwright::cli {
+namespace {
+
+// The application name under which the command keeps its per-user settings.
+constexpr const char* kApplicationName = "Railwright";
+
+// The scripted front end, with progress on a terminal.
+class CommandLineInterface : public ui::script::ScriptedUserInterface {
+public:
+    CommandLineInterface(ui::script::EventScript script, std::ostream& err, bool showProgress)
+        : ScriptedUserInterface(std::move(script), &err), err_(err), showProgress_(showProgress) {}
+
+    void Progress(std::string_view task, int done, int total, std::string_view item) override {
+        if (!showProgress_) {
+            return;
+        }
+        err_ << "\r\x1b[K" << task << " " << done << "/" << total << " " << item;
+        if (done >= total) {
+            err_ << '\n';
+        }
+        err_ << std::flush;
+    }
+
+private:
+    std::ostream& err_;
+    bool showProgress_;
+};
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+    std::ifstream in(railwright::document::PathFromUtf8(path), std::ios::binary);
+    if (!in) {
+        return std::nullopt;
+    }
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad()) {
+        return std::nullopt;
+    }
+    return text;
+}
+
+bool IsFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(railwright::document::PathFromUtf8(path), error);
+}
+
+// Selects a group in the view by name (the first of that name in scene order) or by index.
+std::string Pick(host::scene::Scene& scene, const std::variant<std::string, int32_t>& target) {
+    host::Scripting& scripting = *scene.scripting;
+    const int32_t count = scripting.GroupCount();
+    if (const int32_t* index = std::get_if<int32_t>(&target)) {
+        if (*index < 0 || *index >= count) {
+            return "the model has no group " + std::to_string(*index) + " (it has " +
+                   std::to_string(count) + ")";
+        }
+        scene.viewer->Pick(scripting.Group(*index));
+        return {};
+    }
+    const std::string& name = std::get<std::string>(target);
+    for (int32_t i = 0; i < count; ++i) {
+        std::shared_ptr<host::SceneGroup> group = scripting.Group(i);
+        if (group->Name() == name) {
+            scene.viewer->Pick(group);
+            return {};
+        }
+    }
+    return "the model has no group \"" + name + "\"";
+}
+
+}  // namespace
+
+int Apply(const ApplyOptions& options, Console console) {
+    std::ostream& err = console.err;
+
+    // Everything the run needs is checked before anything is written.
+    const std::optional<std::string> scriptText = ReadWholeFile(options.script);
+    if (!scriptText) {
+        err << "railwright: cannot read the script \"" << options.script << "\"\n";
+        return kExitUsage;
+    }
+    ui::script::ParseResult parsed = ui::script::ParseEventScript(*scriptText);
+    if (!parsed.script) {
+        err << "railwright: the script \"" << options.script << "\" is not usable: "
+            << parsed.error << '\n';
+        return kExitUsage;
+    }
+    for (const auto& [option, folder] :
+         {std::pair{"--msts", options.msts}, std::pair{"--railworks", options.railWorks},
+          std::pair{"--rail-simulator", options.railSimulator},
+          std::pair{"--documents", options.documents}, std::pair{"--tools", options.tools}}) {
+        if (!folder.empty() && !IsFolder(folder)) {
+            err << "railwright: " << option << ": \"" << folder << "\" is not a folder\n";
+            return kExitUsage;
+        }
+    }
+    const std::string tools =
+        options.tools.empty() ? DefaultToolsFolder(console.programFolder) : options.tools;
+    if (tools.empty()) {
+        err << "railwright: no tools folder beside the program; give one with --tools\n";
+        return kExitUsage;
+    }
+    document::LoadResult loaded = document::Document::Load(options.model);
+    if (!loaded.document) {
+        err << "railwright: " << loaded.error << '\n';
+        return kExitUsage;
+    }
+    document::Document& model = *loaded.document;
+    host::scene::Scene& scene = model.Scene();
+
+    Services services(options.settings);
+    const bool showProgress = console.errIsTerminal && !options.quiet;
+    CommandLineInterface ui(std::move(*parsed.script), err, showProgress);
+    ui.SetPicker([&scene](const auto& target) { return Pick(scene, target); });
+    support::Platform platform = services.MakePlatform(ui);
+
+    scene.application->SetRegistryName(kApplicationName);
+    scene.application->SetToolsFolder(support::JoinPath(tools, ""));
+    scene.application->SetDocumentsFolder(options.documents.empty()
+                                              ? platform.system.DocumentsFolder()
+                                              : options.documents);
+    scene.application->SetSimulators(
+        {options.msts.empty() ? std::string{} : support::JoinPath(options.msts, "train.exe"),
+         options.railWorks.empty() ? options.railSimulator : options.railWorks});
+    host::scene::ExporterBehaviour exporters;
+    exporters.exportShape = [&err](host::SceneGroup&, const std::string& file) {
+        err << "railwright: cannot write the shape \"" << file
+            << "\": the shape writer is not available in this version\n";
+        return false;
+    };
+    exporters.exportIgs = exporters.exportIa = [&err](const std::string& file) {
+        err << "railwright: cannot write \"" << file
+            << "\": RailWorks intermediate files are not available in this version\n";
+        return false;
+    };
+    scene.application->SetExporterBehaviour(exporters);
+    if (const std::string error = model.WriteEmbeddedImages(); !error.empty()) {
+        err << "railwright: " << error << '\n';
+        return kExitUsage;
+    }
+
+    plugin::ProductExports exports(platform);
+    plugin::Railwright plugin(platform, *scene.viewer, exports);
+    plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, model.UserDataSingles(),
+                        model.UserDataLongs(), model.UserDataString());
+    const plugin::ApplyOutcome outcome = plugin.LastOutcome();
+
+    if (!ui.Faults().empty()) {
+        for (const std::string& fault : ui.Faults()) {
+            err << "railwright: script \"" << options.script << "\": " << fault << '\n';
+        }
+        err << "railwright: the model was not saved\n";
+        return kExitUsage;
+    }
+    if (!outcome.wizardFinished) {
+        if (!options.quiet) {
+            err << "railwright: the wizard was cancelled; the model was not saved\n";
+        }
+        return kExitFailed;
+    }
+    const document::SaveResult saved =
+        options.output.empty() ? model.Save() : model.SaveAs(options.output);
+    if (!saved.Ok()) {
+        err << "railwright: " << saved.error << '\n';
+        return kExitFailed;
+    }
+    if (!options.quiet) {
+        err << "railwright: saved \"" << (options.output.empty() ? model.Path() : options.output)
+            << "\"" << (outcome.exportsSucceeded ? "" : "; an export failed") << '\n';
+    }
+    return outcome.exportsSucceeded ? kExitSuccess : kExitFailed;
+}
+
+}  // namespace railwright::cli

@@ -1,0 +1,95 @@
+#include "cli/Command.h"
+#include "document/Uri.h"
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+
+namespace railwright::cli {
+namespace {
+
+#ifndef RAILWRIGHT_VERSION
+#define RAILWRIGHT_VERSION "0.0.0"
+#endif
+
+constexpr const char* kDescription =
+    "Railwright: turns a glTF model into content for railway simulators (MSTS / Open Rails "
+    "engine and wagon files, shape data, REF files, .ace textures; RailWorks and Rail "
+    "Simulator).";
+
+}  // namespace
+
+std::string DefaultToolsFolder(const std::string& programFolder) {
+    namespace fs = std::filesystem;
+    const fs::path folder = document::PathFromUtf8(programFolder);
+    for (const fs::path& candidate :
+         {folder / ".." / "tools-bin", folder / ".." / "lib" / "railwright" / "tools"}) {
+        std::error_code error;
+        if (fs::is_directory(candidate, error)) {
+            return document::Utf8FromPath(fs::weakly_canonical(candidate, error));
+        }
+    }
+    return {};
+}
+
+int RunCommand(const std::vector<std::string>& arguments, Console console) {
+    CLI::App app(kDescription, "railwright");
+    app.set_version_flag("--version", std::string("railwright ") + RAILWRIGHT_VERSION);
+    app.require_subcommand(1);
+    app.fallthrough(false);
+
+    ApplyOptions apply;
+    CLI::App* applyCommand = app.add_subcommand(
+        "apply", "Run the wizard on MODEL under an event script, then the chosen exports, and "
+                 "save the model (unless the wizard was cancelled).");
+    applyCommand->add_option("MODEL", apply.model, "The glTF model (.gltf or .glb)")->required();
+    applyCommand->add_option("--script", apply.script, "The event script (JSON) the wizard replays")
+        ->required();
+    applyCommand->add_option("--msts", apply.msts, "Where MSTS is installed (absent: not installed)");
+    applyCommand->add_option("--railworks", apply.railWorks, "Where RailWorks is installed");
+    applyCommand->add_option("--rail-simulator", apply.railSimulator,
+                             "Where Rail Simulator is installed");
+    applyCommand->add_option("--documents", apply.documents,
+                             "The documents folder (default: the user's)");
+    applyCommand->add_option("--tools", apply.tools,
+                             "The tools folder (default: the tools installed with the program)");
+    applyCommand->add_option("--settings", apply.settings,
+                             "The per-user settings file (default: the user's)");
+    applyCommand->add_option("--output", apply.output,
+                             "Save the model here instead of over MODEL");
+    applyCommand->add_flag("--quiet", apply.quiet, "No progress and no summary");
+
+    std::string inspectModel;
+    bool json = false;
+    CLI::App* inspectCommand =
+        app.add_subcommand("inspect", "Show the groups, materials, fields and settings of MODEL.");
+    inspectCommand->add_option("MODEL", inspectModel, "The glTF model (.gltf or .glb)")
+        ->required();
+    inspectCommand->add_flag("--json", json, "Print one JSON object");
+
+    std::vector<const char*> argv;
+    for (const std::string& argument : arguments) {
+        argv.push_back(argument.c_str());
+    }
+    try {
+        app.parse(static_cast<int>(argv.size()), argv.data());
+    } catch (const CLI::CallForHelp&) {
+        console.out << app.help();
+        return kExitSuccess;
+    } catch (const CLI::CallForAllHelp&) {
+        console.out << app.help("", CLI::AppFormatMode::All);
+        return kExitSuccess;
+    } catch (const CLI::CallForVersion& version) {
+        console.out << version.what() << '\n';
+        return kExitSuccess;
+    } catch (const CLI::ParseError& error) {
+        console.err << "railwright: " << error.what() << "\nRun 'railwright --help' for usage.\n";
+        return kExitUsage;
+    }
+    if (applyCommand->parsed()) {
+        return Apply(apply, console);
+    }
+    return Inspect(inspectModel, json, console);
+}
+
+}  // namespace railwright::cli

@@ -1,0 +1,53 @@
+// The railwright command's entry point: arguments in, exit status out.
+#include <filesystem>
+#include <iostream>
+
+#include "cli/Command.h"
+#include "document/Uri.h"
+
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace {
+
+std::string ProgramFolder(const char* argv0) {
+    std::error_code error;
+#ifdef _WIN32
+    wchar_t buffer[32768];
+    const DWORD length = GetModuleFileNameW(nullptr, buffer, 32768);
+    if (length > 0 && length < 32768) {
+        return railwright::document::Utf8FromPath(std::filesystem::path(std::wstring(buffer, length)).parent_path());
+    }
+#else
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        return railwright::document::Utf8FromPath(self.parent_path());
+    }
+#endif
+    return railwright::document::Utf8FromPath(std::filesystem::absolute(railwright::document::PathFromUtf8(argv0), error).parent_path());
+}
+
+bool ErrorIsTerminal() {
+#ifdef _WIN32
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        std::vector<std::string> arguments(argv, argv + argc);
+        return railwright::cli::RunCommand(
+            arguments, {std::cout, std::cerr, ErrorIsTerminal(), ProgramFolder(argv[0])});
+    } catch (const std::exception& error) {
+        std::cerr << "railwright: internal error: " << error.what() << '\n';
+        return railwright::cli::kExitFailed;
+    }
+}
