@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <optional>
 
@@ -143,20 +144,29 @@ void AppendFloat(std::string& bytes, double value) {
     bytes.append(raw, sizeof raw);
 }
 
-bool TargetsMovedNode(const Json& channel, const std::map<int, std::vector<Key>>& keys) {
+// The node a channel targets: a whole number, whether read from a file (unsigned) or written
+// here (signed).
+std::optional<int> TargetNode(const Json& channel) {
     const auto target = channel.find("target");
     if (target == channel.end() || !target->is_object()) {
-        return false;
+        return std::nullopt;
     }
     const auto node = target->find("node");
-    const auto path = target->find("path");
-    if (node == target->end() || !node->is_number_unsigned() || path == target->end() ||
-        !path->is_string()) {
+    if (node == target->end() || !node->is_number_integer() || node->get<int64_t>() < 0 ||
+        node->get<int64_t>() > INT32_MAX) {
+        return std::nullopt;
+    }
+    return node->get<int>();
+}
+
+bool TargetsMovedNode(const Json& channel, const std::map<int, std::vector<Key>>& keys) {
+    const std::optional<int> node = TargetNode(channel);
+    const auto path = channel["target"].find("path");
+    if (!node || path == channel["target"].end() || !path->is_string()) {
         return false;
     }
     const std::string property = path->get<std::string>();
-    return (property == "translation" || property == "rotation") &&
-           keys.count(node->get<int>()) > 0;
+    return (property == "translation" || property == "rotation") && keys.count(*node) > 0;
 }
 
 // Drops the moved nodes' translation and rotation channels, then the samplers nobody uses and
@@ -314,12 +324,8 @@ std::set<int> AnimatedNodes(const Json& root) {
             continue;
         }
         for (const Json& channel : *channels) {
-            const auto target = channel.find("target");
-            if (target != channel.end() && target->is_object()) {
-                const auto node = target->find("node");
-                if (node != target->end() && node->is_number_unsigned()) {
-                    nodes.insert(node->get<int>());
-                }
+            if (const std::optional<int> node = TargetNode(channel)) {
+                nodes.insert(*node);
             }
         }
     }

@@ -46,10 +46,13 @@ std::string SplitGlb(std::string_view file, GlbChunks& chunks) {
     if (const uint32_t version = ReadUint32(file, 4); version != 2) {
         return "binary glTF version " + std::to_string(version) + " is not supported (only 2).";
     }
-    if (const uint32_t length = ReadUint32(file, 8); length != file.size()) {
+    if (const uint32_t length = ReadUint32(file, 8); length > file.size()) {
         return "the binary glTF header gives a length of " + std::to_string(length) +
-               " bytes, but the file holds " + std::to_string(file.size()) + ".";
+               " bytes, but the file holds only " + std::to_string(file.size()) + ".";
+    } else {
+        file = file.substr(0, length);  // bytes after the stated length belong to no chunk
     }
+    chunks.container = file;
 
     size_t offset = kHeaderSize;
     bool sawJson = false;

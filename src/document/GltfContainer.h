@@ -21,6 +21,7 @@ bool LooksLikeGlb(std::string_view file);
 
 // The chunks of a .glb file; views into the file's bytes.
 struct GlbChunks {
+    std::string_view container;  // the bytes the header's length covers
     std::string_view json;
     std::optional<std::string_view> bin;
     // The chunks of other types that followed, header and data as they stood.

@@ -359,6 +359,7 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
     if (!bytes) {
         return "it cannot be read.";
     }
+    std::string_view fileText = *bytes;
     std::string_view jsonText = *bytes;
     if (LooksLikeGlb(*bytes)) {
         state.form = FileForm::Binary;
@@ -366,6 +367,7 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
         if (std::string fault = SplitGlb(*bytes, chunks); !fault.empty()) {
             return fault;
         }
+        fileText = chunks.container;
         jsonText = chunks.json;
         if (chunks.bin) {
             state.bin = std::string(*chunks.bin);
@@ -384,7 +386,7 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
         return "its JSON is not an object.";
     }
 
-    TinyGltfRead read = ReadWithTinyGltf(*bytes, state.form == FileForm::Binary, state.json,
+    TinyGltfRead read = ReadWithTinyGltf(fileText, state.form == FileForm::Binary, state.json,
                                          state.folder);
     if (!read.error.empty()) {
         return read.error;

@@ -143,7 +143,9 @@ std::string CheckAccessors(const Model& model) {
                        " of bufferView " + std::to_string(accessor.bufferView) + ".";
             }
             const std::optional<size_t> strides = Multiply(accessor.count - 1, stride);
-            if (!strides || !Fits(Add(Add(accessor.byteOffset, *strides), elementSize),
+            const size_t lastElement =
+                AccessorLastElementSize(accessor.type, accessor.componentType);
+            if (!strides || !Fits(Add(Add(accessor.byteOffset, *strides), lastElement),
                                   view.byteLength)) {
                 return owner + " reads " + std::to_string(accessor.count) +
                        " elements past the end of bufferView " +
@@ -412,6 +414,22 @@ size_t AccessorElementSize(int type, int componentType) {
             return paddedColumns(4, 4);
         default:
             return 0;
+    }
+}
+
+size_t AccessorLastElementSize(int type, int componentType) {
+    const size_t component = ComponentSize(componentType);
+    const size_t size = AccessorElementSize(type, componentType);
+    const auto unpadded = [component, size](size_t rows, size_t columns) {
+        return size / columns * (columns - 1) + rows * component;
+    };
+    switch (type) {
+        case TINYGLTF_TYPE_MAT2:
+            return unpadded(2, 2);
+        case TINYGLTF_TYPE_MAT3:
+            return unpadded(3, 3);
+        default:
+            return size;
     }
 }
 

@@ -27,6 +27,9 @@ bool SupportsRequiredExtension(std::string_view name);
 // The bytes one element of an accessor takes (matrix columns padded to 4 bytes); 0 for an
 // unknown type or component type.
 size_t AccessorElementSize(int type, int componentType);
+// The bytes of the last element that must lie inside the bufferView: the element without the
+// padding after its last matrix column.
+size_t AccessorLastElementSize(int type, int componentType);
 
 // Empty when the model is sound; otherwise its first fault as a sentence ("node 3 names mesh
 // 9, which does not exist.").

@@ -215,7 +215,7 @@ TEST(DocumentMalformed, DamagedContainersAreRefused) {
         {"magic only", "glTF", "cut short"},
         {"cut", box.substr(0, box.size() - 100), "length"},
         {"header length too short", withLength(box, 8, static_cast<uint32_t>(box.size() - 4)),
-         "length"},
+         "claims"},
         {"JSON chunk overruns", withLength(box, 12, static_cast<uint32_t>(box.size())), "claims"},
         {"version 1", withLength(box, 4, 1), "version 1"},
         {"not JSON", "\x89PNG\r\n", "JSON"},
