@@ -110,13 +110,16 @@ private:
 };
 
 // The real platform over a temp folder, with a scripted user interface that records every box.
+// Boxes are answered, and dialogs driven, by `script`.
 struct ExportPlatform {
+    explicit ExportPlatform(ui::script::EventScript script = {}) : ui(std::move(script)) {}
+
     TempFolder temp;
     support::posix::PosixFileSystem files{temp / "aliases"};
     support::posix::PosixProcesses processes;
     MemorySettingsStore settings;
     FakeSystemInfo system;
-    ui::script::ScriptedUserInterface ui{ui::script::EventScript{}};
+    ui::script::ScriptedUserInterface ui;
     support::Platform platform{files, processes, settings, system, ui};
 };
 
@@ -144,14 +147,17 @@ inline std::vector<std::string> FileTree(const std::string& folder) {
     return files;
 }
 
-// What txt2uni makes of an ASCII text: UTF-16LE with a byte order mark.
-inline std::string Utf16(std::string_view ascii) {
-    std::string bytes = "\xFF\xFE";
+// ASCII text as UTF-16LE, to look for inside a converted file.
+inline std::string Wide(std::string_view ascii) {
+    std::string bytes;
     for (const char c : ascii) {
         bytes += c;
         bytes += '\0';
     }
     return bytes;
 }
+
+// What txt2uni makes of an ASCII text: UTF-16LE with a byte order mark.
+inline std::string Utf16(std::string_view ascii) { return "\xFF\xFE" + Wide(ascii); }
 
 }  // namespace railwright::testing
