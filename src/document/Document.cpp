@@ -1,12 +1,11 @@
 #include "document/Document.h"
 
-#include <fstream>
 #include <map>
 #include <unordered_map>
 
 #include "document/DocumentState.h"
 #include "document/GltfContainer.h"
-#include "document/SafeWrite.h"
+#include "document/Files.h"
 #include "document/Uri.h"
 
 namespace railwright::document {
@@ -189,20 +188,14 @@ std::string Document::WriteEmbeddedImages() {
     for (const EmbeddedImage& image : state_->images) {
         const std::filesystem::path file = state_->folder / PathFromUtf8(image.fileName);
         const std::string name = Utf8FromPath(file);
-        std::ifstream existing(file, std::ios::binary);
-        if (existing) {
-            const std::string bytes((std::istreambuf_iterator<char>(existing)),
-                                    std::istreambuf_iterator<char>());
-            if (bytes != image.bytes) {
+        if (const std::optional<std::string> existing = ReadWholeFile(file)) {
+            if (*existing != image.bytes) {
                 return name + ": already exists and holds another image than image " +
                        std::to_string(image.image) + " of " + Path() + ".";
             }
             continue;
         }
-        std::ofstream stream(file, std::ios::binary);
-        stream.write(image.bytes.data(), static_cast<std::streamsize>(image.bytes.size()));
-        stream.close();
-        if (!stream) {
+        if (!WriteWholeFile(file, image.bytes)) {
             return name + ": cannot be written.";
         }
     }

@@ -1,4 +1,4 @@
-#include "document/SafeWrite.h"
+#include "document/Files.h"
 
 #include <fstream>
 
@@ -18,6 +18,30 @@ std::string Reason(const std::error_code& error) {
 
 }  // namespace
 
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    if (!stream) {
+        return std::nullopt;
+    }
+    const std::streamoff size = stream.tellg();
+    if (size < 0) {
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<size_t>(size), '\0');
+    stream.seekg(0);
+    if (size > 0 && !stream.read(bytes.data(), size)) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    return static_cast<bool>(stream);
+}
+
 std::filesystem::path TemporaryFileFor(const std::filesystem::path& target) {
     return WithSuffix(target, ".railwright-save");
 }
@@ -26,19 +50,11 @@ std::string WriteReplacing(const std::filesystem::path& target, std::string_view
                            const WrittenFileCheck& check) {
     const std::filesystem::path temporary = TemporaryFileFor(target);
     std::error_code error;
-    {
-        std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
-        if (!stream) {
-            return "a file cannot be created in its folder.";
-        }
-        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        stream.close();
-        if (!stream) {
-            std::filesystem::remove(temporary, error);
-            return "the new file could not be written completely (is the disk full?).";
-        }
+    if (!std::ofstream(temporary, std::ios::binary | std::ios::app)) {
+        return "a file cannot be created in its folder.";
     }
-    if (std::filesystem::file_size(temporary, error) != bytes.size() || error) {
+    if (!WriteWholeFile(temporary, bytes) ||
+        std::filesystem::file_size(temporary, error) != bytes.size() || error) {
         std::filesystem::remove(temporary, error);
         return "the new file could not be written completely (is the disk full?).";
     }

@@ -1,12 +1,18 @@
-// Replacing a file without ever leaving it half-written.
+// Reading and writing whole files; replacing a file without ever leaving it half-written.
 #pragma once
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace railwright::document {
+
+// The file's bytes, or nothing when it cannot be read.
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+// Writes the file from scratch; false when it could not be written completely.
+[[nodiscard]] bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 // Reads the check's verdict on a file just written: empty when it is sound, else the fault.
 using WrittenFileCheck = std::function<std::string(const std::filesystem::path& written)>;

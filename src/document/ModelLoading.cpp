@@ -23,11 +23,11 @@
 //  - animation keys: see Animations.h. Settings and custom fields: see StoredData.h.
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
 #include "document/Animations.h"
 #include "document/AccessorReader.h"
 #include "document/DocumentState.h"
+#include "document/Files.h"
 #include "document/GltfContainer.h"
 #include "document/TinyGltfReader.h"
 #include "document/Uri.h"
@@ -43,23 +43,6 @@ using host::scene::Node;
 using host::scene::SceneMaterial;
 using host::scene::SceneSelection;
 using host::Vector3;
-
-std::optional<std::string> ReadFileBytes(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary | std::ios::ate);
-    if (!stream) {
-        return std::nullopt;
-    }
-    const std::streamoff size = stream.tellg();
-    if (size < 0) {
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<size_t>(size), '\0');
-    stream.seekg(0);
-    if (size > 0 && !stream.read(bytes.data(), size)) {
-        return std::nullopt;
-    }
-    return bytes;
-}
 
 // nlohmann's messages start with a tag ("[json.exception.parse_error.101] ") meant for
 // programmers.
@@ -355,7 +338,7 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
     if (!std::filesystem::is_regular_file(state.file, error)) {
         return "it is not a file.";
     }
-    const std::optional<std::string> bytes = ReadFileBytes(state.file);
+    const std::optional<std::string> bytes = ReadWholeFile(state.file);
     if (!bytes) {
         return "it cannot be read.";
     }
@@ -369,6 +352,10 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
         }
         fileText = chunks.container;
         jsonText = chunks.json;
+        // Padding is spaces; some writers pad with zeros, which no JSON parser takes.
+        while (!jsonText.empty() && jsonText.back() == '\0') {
+            jsonText.remove_suffix(1);
+        }
         if (chunks.bin) {
             state.bin = std::string(*chunks.bin);
         }

@@ -1,10 +1,10 @@
 #define TINYGLTF_IMPLEMENTATION
 #include "document/TinyGltfReader.h"
 
-#include <fstream>
 #include <limits>
 #include <new>
 
+#include "document/Files.h"
 #include "document/Uri.h"
 
 namespace railwright::document {
@@ -30,28 +30,18 @@ bool FileExists(const std::string& path, void* userData) {
 
 std::string ExpandFilePath(const std::string& path, void*) { return path; }
 
-bool ReadWholeFile(std::vector<unsigned char>* out, std::string* error, const std::string& path,
-                   void*) {
-    std::ifstream stream(PathFromUtf8(path), std::ios::binary | std::ios::ate);
-    if (!stream) {
-        *error = "cannot be opened";
-        return false;
-    }
-    const std::streamoff size = stream.tellg();
-    if (size < 0) {
+bool ReadFile(std::vector<unsigned char>* out, std::string* error, const std::string& path,
+              void*) {
+    const std::optional<std::string> bytes = ReadWholeFile(PathFromUtf8(path));
+    if (!bytes) {
         *error = "cannot be read";
         return false;
     }
-    out->resize(static_cast<size_t>(size));
-    stream.seekg(0);
-    if (size > 0 && !stream.read(reinterpret_cast<char*>(out->data()), size)) {
-        *error = "cannot be read";
-        return false;
-    }
+    out->assign(bytes->begin(), bytes->end());
     return true;
 }
 
-bool WriteWholeFile(std::string* error, const std::string&, const std::vector<unsigned char>&,
+bool RefuseToWrite(std::string* error, const std::string&, const std::vector<unsigned char>&,
                     void*) {
     *error = "tinygltf never writes for this program";
     return false;
@@ -140,7 +130,7 @@ TinyGltfRead ReadWithTinyGltf(std::string_view file, bool binary, const Json& js
     FileContext context{Utf8FromPath(folder)};
     tinygltf::TinyGLTF loader;
     loader.SetImageLoader(&KeepImage, &read.dataUriImages);
-    loader.SetFsCallbacks({&FileExists, &ExpandFilePath, &ReadWholeFile, &WriteWholeFile,
+    loader.SetFsCallbacks({&FileExists, &ExpandFilePath, &ReadFile, &RefuseToWrite,
                            &context});
     std::string error;
     std::string warning;

@@ -66,10 +66,9 @@ std::string CheckBufferViews(const Model& model) {
         }
         const size_t bufferSize = model.buffers[static_cast<size_t>(view.buffer)].data.size();
         if (view.byteLength == 0 || !Fits(Add(view.byteOffset, view.byteLength), bufferSize)) {
-            return owner + " claims bytes " + std::to_string(view.byteOffset) + " to " +
-                   std::to_string(view.byteOffset) + " + " + std::to_string(view.byteLength) +
-                   " of buffer " + std::to_string(view.buffer) + ", which holds " +
-                   std::to_string(bufferSize) + ".";
+            return owner + " claims " + std::to_string(view.byteLength) + " bytes from byte " +
+                   std::to_string(view.byteOffset) + " of buffer " + std::to_string(view.buffer) +
+                   ", which holds " + std::to_string(bufferSize) + ".";
         }
         if (view.byteStride != 0 &&
             (view.byteStride < 4 || view.byteStride > 252 || view.byteStride % 4 != 0)) {
@@ -265,9 +264,9 @@ std::string CheckHierarchy(const Model& model) {
             }
         }
     }
+    std::vector<size_t> listedBy(count, model.scenes.size());  // the last scene listing a root
     for (size_t s = 0; s < model.scenes.size(); ++s) {
         const std::string owner = "scene " + std::to_string(s) + Quoted(model.scenes[s].name);
-        std::vector<bool> listed(count, false);
         for (const int root : model.scenes[s].nodes) {
             if (!Names(root, count, false)) {
                 return Missing(owner, "node", root);
@@ -277,10 +276,10 @@ std::string CheckHierarchy(const Model& model) {
                 return owner + " lists node " + std::to_string(root) +
                        " as a root, but it is a child of node " + std::to_string(parent[r]) + ".";
             }
-            if (listed[r]) {
+            if (listedBy[r] == s) {
                 return owner + " lists node " + std::to_string(root) + " twice.";
             }
-            listed[r] = true;
+            listedBy[r] = s;
         }
     }
     if (!Names(model.defaultScene, model.scenes.size(), true)) {
