@@ -8,6 +8,7 @@
 //
 // Exit status: 0 on success; 1 when FILE cannot be read, written or replaced; 2 for bad usage.
 // Every failure is reported on standard error, naming the file and the fault.
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -34,15 +35,22 @@ bool StartsWithByteOrderMark(const std::string& bytes) {
 }
 
 std::string ToUtf16LittleEndian(const std::string& bytes) {
-    std::string wide;
-    wide.reserve(2 + 2 * bytes.size());
-    wide += '\xFF';
-    wide += '\xFE';
-    for (const char byte : bytes) {
+    // One table lookup per byte: the two little-endian bytes of each character.
+    std::array<std::array<char, 2>, 256> units{};
+    for (size_t byte = 0; byte < units.size(); ++byte) {
         const char16_t unit =
             railwright::exporttextures::FromWindows1252(static_cast<uint8_t>(byte));
-        wide += static_cast<char>(unit & 0xFFu);
-        wide += static_cast<char>(unit >> 8);
+        units[byte] = {static_cast<char>(unit & 0xFFu), static_cast<char>(unit >> 8)};
+    }
+    std::string wide(2 + 2 * bytes.size(), '\0');
+    wide[0] = '\xFF';
+    wide[1] = '\xFE';
+    char* out = wide.data() + 2;
+    for (const char byte : bytes) {
+        const std::array<char, 2>& unit = units[static_cast<uint8_t>(byte)];
+        out[0] = unit[0];
+        out[1] = unit[1];
+        out += 2;
     }
     return wide;
 }
@@ -88,11 +96,9 @@ int main(int argc, char** argv) {
         if (!in) {
             return Fail(file, "cannot be opened for reading");
         }
-        char buffer[1 << 16];
-        while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
-            bytes.append(buffer, static_cast<size_t>(in.gcount()));
-        }
-        if (in.bad()) {
+        bytes.resize(static_cast<size_t>(fs::file_size(file, error)));
+        in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        if (error || in.gcount() != static_cast<std::streamsize>(bytes.size())) {
             return Fail(file, "cannot be read");
         }
     }
