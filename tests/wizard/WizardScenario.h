@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -91,6 +93,44 @@ inline StoredSettings CurrentSettings(std::vector<std::pair<size_t, int32_t>> lo
     for (const auto& [index, value] : longs) {
         settings.longs[index] = value;
     }
+    return settings;
+}
+
+// A model of groups under the top group "Scene", each holding a box; a name written
+// "Child<Parent" puts the group under that parent.
+inline host::scene::Scene ModelWithGroups(std::initializer_list<std::string> groups) {
+    host::scene::SceneBuilder builder;
+    builder.MaterialFields({"Rail Sim", "Tx Alpha", "Alpha Pr"});
+    for (const std::string& group : groups) {
+        const size_t under = group.find('<');
+        builder.Group(group.substr(0, under),
+                      under == std::string::npos ? "" : group.substr(under + 1));
+        builder.Box({0, 0, 0}, {1, 1, 1});
+    }
+    return builder.Build();
+}
+
+// Every group but the top one, by name, with the name of its parent.
+inline std::map<std::string, std::string> Hierarchy(const host::scene::Scene& scene) {
+    std::map<std::string, std::string> parents;
+    for (const auto& group : scene.model->GroupOrder()) {
+        if (const auto parent = group->ParentNode()) {
+            parents[group->NameValue()] = parent->NameValue();
+        }
+    }
+    return parents;
+}
+
+// A stored rail vehicle of this sub-type (its index in the list), titled "Loco" and named "loco",
+// exported to Trainz, with these further settings.
+inline StoredSettings StoredVehicle(int32_t subType,
+                                    std::vector<std::pair<size_t, int32_t>> longs = {}) {
+    constexpr int32_t kRailVehicle = 1;
+    longs.insert(longs.end(), {{wizard::kLongProjectType, kRailVehicle},
+                               {wizard::kLongProjectSubType, subType},
+                               {wizard::kLongTrainz, 1}});
+    StoredSettings settings = CurrentSettings(std::move(longs));
+    settings.text = "Loco|loco|| ||| ";  // as Finish stores it
     return settings;
 }
 
