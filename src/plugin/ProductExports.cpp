@@ -32,11 +32,13 @@ bool ProductExports::ExportToMsts(const ExportArguments& arguments) {
 }
 
 bool ProductExports::ExportRailWorks(const ExportArguments& arguments, bool railWorks) {
-    const exportrailworks::RailWorksExportInputs inputs{
-        arguments.scripting,     arguments.sceneGraph,
-        arguments.application,   arguments.fields[kNameField],
-        arguments.userDataLongs, arguments.exportToDocumentsFolder,
-        railWorks};
+    const exportrailworks::RailWorksExportInputs inputs{arguments.scripting,
+                                                        arguments.sceneGraph,
+                                                        arguments.application,
+                                                        arguments.fields[kNameField],
+                                                        arguments.userDataLongs,
+                                                        arguments.exportToDocumentsFolder,
+                                                        railWorks};
     return exportrailworks::ExportRailWorks(platform_, inputs);
 }
 

@@ -8,13 +8,13 @@
 namespace railwright::plugin {
 
 class ProductExports final : public ExportDrivers {
-public:
+  public:
     explicit ProductExports(support::Platform& platform) : platform_(platform) {}
 
     bool ExportToMsts(const ExportArguments& arguments) override;
     bool ExportRailWorks(const ExportArguments& arguments, bool railWorks) override;
 
-private:
+  private:
     support::Platform& platform_;
 };
 

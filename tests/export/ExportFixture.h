@@ -44,7 +44,7 @@ printf '%s\n' "$tool" >> "$out"
 
 // A tools folder holding the stand-ins and the real txt2uni.
 class FakeTools {
-public:
+  public:
     static constexpr std::string_view kConverters[] = {"MakeACE.exe", "acecomp.exe", "ToAce.exe",
                                                        "RWAceTool.exe"};
 
@@ -105,7 +105,7 @@ public:
         return tools;
     }
 
-private:
+  private:
     std::string folder_;
 };
 
@@ -158,6 +158,8 @@ inline std::string Wide(std::string_view ascii) {
 }
 
 // What txt2uni makes of an ASCII text: UTF-16LE with a byte order mark.
-inline std::string Utf16(std::string_view ascii) { return "\xFF\xFE" + Wide(ascii); }
+inline std::string Utf16(std::string_view ascii) {
+    return "\xFF\xFE" + Wide(ascii);
+}
 
 }  // namespace railwright::testing

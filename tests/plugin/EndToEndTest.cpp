@@ -99,8 +99,8 @@ class EndToEndTest : public ::testing::Test {
         support::Platform platform{env.files, env.processes, env.settings, env.system, ui};
         ProductExports exports(platform);
         Railwright plugin(platform, *scene.viewer, exports);
-        EXPECT_TRUE(plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, singles, longs,
-                                        text));
+        EXPECT_TRUE(
+            plugin.Plugin_Apply(scene.scripting, scene.hostContext, 0, singles, longs, text));
         EXPECT_TRUE(ui.Faults().empty()) << ui.Faults().front();
         messages = ShownMessages(ui);
 
@@ -131,7 +131,8 @@ class EndToEndTest : public ::testing::Test {
 
     ::railwright::testing::ExportPlatform env;
     ::railwright::testing::FakeTools tools{env.temp / "tools"};
-    std::string mstsProgram = ::railwright::testing::BuildMstsTree(env.temp / "MSTS", {"RIVERSIDE"});
+    std::string mstsProgram =
+        ::railwright::testing::BuildMstsTree(env.temp / "MSTS", {"RIVERSIDE"});
     std::string railWorks = env.temp / "RailWorks";
     std::string modelFolder = env.temp / "model";
     Scene scene = SceneBuilder()
@@ -166,12 +167,11 @@ TEST_F(EndToEndTest, ADieselEngine) {
 TEST_F(EndToEndTest, ASteamEngine) {
     const Strings written = Apply({kRailVehicle, 4, "Flyer", "Fire it."});
     const std::string folder = "MSTS/TRAINS/TRAINSET/FLYER/";
-    EXPECT_EQ(written,
-              (Strings{folder + "CABVIEW/SCOTCAB.ACE", folder + "CABVIEW/flyer.cvf",
-                       folder + "CABVIEW/gauges.ace", folder + "SOUND/SteamChuff.WAV",
-                       folder + "SOUND/flyercab.sms", folder + "SOUND/flyereng.sms",
-                       folder + "SOUND/whistle.wav", folder + "body.ACE", folder + "flyer.eng",
-                       folder + "flyer.s", folder + "flyer.sd"}));
+    EXPECT_EQ(written, (Strings{folder + "CABVIEW/SCOTCAB.ACE", folder + "CABVIEW/flyer.cvf",
+                                folder + "CABVIEW/gauges.ace", folder + "SOUND/SteamChuff.WAV",
+                                folder + "SOUND/flyercab.sms", folder + "SOUND/flyereng.sms",
+                                folder + "SOUND/whistle.wav", folder + "body.ACE",
+                                folder + "flyer.eng", folder + "flyer.s", folder + "flyer.sd"}));
     EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/FLYER")});
     EXPECT_EQ(GetFile(env.temp / folder + "CABVIEW/flyer.cvf"), "scotsman.cvf");
 }
@@ -222,20 +222,19 @@ TEST_F(EndToEndTest, SceneryOnARoute) {
                     ")\r\n"));
     EXPECT_NE(GetFile(env.temp / route + "Shapes/water tower.sd")
                   .find(Wide("    ESD_Bounding_Box ( -1.5 0 -10 1.5 4 10 )\r\n"
-                              "    ESD_Complex (1\r\n")),
+                             "    ESD_Complex (1\r\n")),
               std::string::npos);
 }
 
 TEST_F(EndToEndTest, ARailNetworkObject) {
     const Strings written = Apply({kRailNetwork, 2, "Signal Gantry", "RIVERSIDE"});
     const std::string route = "MSTS/ROUTES/RIVERSIDE/";
-    EXPECT_EQ(written,
-              (Strings{route + "Shapes/signal gantry.s", route + "Shapes/signal gantry.sd",
-                       route + "Textures/body.ACE", route + "signal gantry.ref"}));
+    EXPECT_EQ(written, (Strings{route + "Shapes/signal gantry.s", route + "Shapes/signal gantry.sd",
+                                route + "Textures/body.ACE", route + "signal gantry.ref"}));
     EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/ROUTES/RIVERSIDE")});
-    EXPECT_NE(GetFile(env.temp / route + "signal gantry.ref")
-                  .find(Wide("( \"Polyforge Structures\" )")),
-              std::string::npos);
+    EXPECT_NE(
+        GetFile(env.temp / route + "signal gantry.ref").find(Wide("( \"Polyforge Structures\" )")),
+        std::string::npos);
     EXPECT_EQ(GetFile(env.temp / route + "Shapes/signal gantry.sd").find(Wide("ESD_Bounding_Box")),
               std::string::npos);
 }
@@ -244,8 +243,8 @@ TEST_F(EndToEndTest, ARailWorksVehicle) {
     const Strings written = Apply({kRailVehicle, 2, "Hopper", "", {kRailWorks}});
     const std::string folder =
         "RailWorks/Source/Developer/Addon/RailVehicles/Freight/Hopper/Default/Wagon/";
-    EXPECT_EQ(written, (Strings{folder + "Hopper.ia", folder + "Hopper.igs",
-                                folder + "Textures/body.ACE"}));
+    EXPECT_EQ(written,
+              (Strings{folder + "Hopper.ia", folder + "Hopper.igs", folder + "Textures/body.ACE"}));
     EXPECT_EQ(messages, Strings{"Railwright: information: Your RailWorks project has been "
                                 "exported to: \"" +
                                 env.temp / folder + "\""});

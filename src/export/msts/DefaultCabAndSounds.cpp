@@ -94,8 +94,9 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
     const bool sounds = setting(kSoundLong) == kChecked;
 
     // 1, 2. The default train's cab textures and sounds, for every vehicle but a passenger car.
-    const std::string train = support::JoinPath(
-        support::JoinPath(support::JoinPath(mstsFolder, "TRAINS"), "TRAINSET"), DefaultTrain(subType));
+    const std::string train =
+        support::JoinPath(support::JoinPath(support::JoinPath(mstsFolder, "TRAINS"), "TRAINSET"),
+                          DefaultTrain(subType));
     const std::string trainCabView = support::JoinPath(train, kCabViewFolder);
     const std::string trainSound = support::JoinPath(train, kSoundFolder);
     const std::string cabViewFolder = support::JoinPath(inputs.vehicleFolder, kCabViewFolder);

@@ -35,13 +35,13 @@ struct Layout {
 };
 
 class MstsExport {
-public:
+  public:
     MstsExport(support::Platform& platform, const MstsExportInputs& inputs)
         : platform_(platform), inputs_(inputs), ui_(platform.ui) {}
 
     bool Run();
 
-private:
+  private:
     int32_t Long(int32_t index) const {
         if (index < 0 || static_cast<size_t>(index) >= inputs_.userDataLongs.size()) {
             throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
@@ -108,8 +108,8 @@ Layout MstsExport::CreateFolders() {
         }
         layout = {vehicle, vehicle, vehicle};
     } else {
-        const std::string route = support::JoinPath(
-            support::JoinPath(root, "ROUTES"), support::ToUpper(inputs_.routeName));
+        const std::string route = support::JoinPath(support::JoinPath(root, "ROUTES"),
+                                                    support::ToUpper(inputs_.routeName));
         const std::string shapes = support::JoinPath(route, "Shapes");
         const std::string textures = support::JoinPath(route, "Textures");
         for (const std::string& folder : {route, shapes, textures}) {
@@ -150,8 +150,8 @@ void MstsExport::ConvertTextures(const exporttextures::TextureList& textures) {
 }
 
 void MstsExport::ExportShape(int32_t mainIndex) {
-    const std::string shapeFile = support::JoinPath(
-        layout_.shapeFolder, support::ToLower(inputs_.projectName) + ".s");
+    const std::string shapeFile =
+        support::JoinPath(layout_.shapeFolder, support::ToLower(inputs_.projectName) + ".s");
     std::shared_ptr<host::SceneGroup> mainGroup = inputs_.scripting.Group(mainIndex);
     if (!inputs_.application.CreateExporter()->ExportShape(*mainGroup, shapeFile)) {
         throw support::RunTimeError(kErrorShapeNotExported,
@@ -161,15 +161,10 @@ void MstsExport::ExportShape(int32_t mainIndex) {
 
 void MstsExport::WriteVehicleOrRefFiles(int32_t mainIndex) {
     if (IsRailVehicle()) {
-        const VehicleFileInputs vehicle{inputs_.scripting,
-                                        inputs_.projectName,
-                                        layout_.exportFolder,
-                                        mainIndex,
-                                        inputs_.userDataSingles,
-                                        inputs_.userDataLongs,
-                                        inputs_.title,
-                                        inputs_.description,
-                                        inputs_.operatingProcedures};
+        const VehicleFileInputs vehicle{
+            inputs_.scripting, inputs_.projectName,     layout_.exportFolder,
+            mainIndex,         inputs_.userDataSingles, inputs_.userDataLongs,
+            inputs_.title,     inputs_.description,     inputs_.operatingProcedures};
         ExportVehicleFiles(platform_, ToolsFolder(), MstsInstallation(), vehicle);
         return;
     }

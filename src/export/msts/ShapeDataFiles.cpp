@@ -31,13 +31,14 @@ void WriteCollisionBox(MstsTextFile& file, const host::CollisionBox& collision) 
     const float corners[] = {box.minX - p.x, box.minY - p.y, box.minZ - p.z,
                              box.maxX - p.x, box.maxY - p.y, box.maxZ - p.z};
     file.Lines({"        ESD_Complex_Box ( ", "            0 0 0"});  // 9a, 9b
-    file.Line("            " + Lengths(file, offset));                  // 9c
-    file.Line("            " + Lengths(file, corners));                 // 9d
-    file.Line("        )");                                             // 9e
+    file.Line("            " + Lengths(file, offset));                // 9c
+    file.Line("            " + Lengths(file, corners));               // 9d
+    file.Line("        )");                                           // 9e
 }
 
 }  // namespace
 
+// clang-format off
 std::string ShapeDataFileText(host::Scripting& scripting, const std::string& projectName,
                               int32_t projectType, int32_t mainIndex) {
     MstsTextFile file(scripting);
@@ -62,6 +63,7 @@ std::string ShapeDataFileText(host::Scripting& scripting, const std::string& pro
     file.Lines({"    )", ")"});                                         // 10, 11
     return file.Bytes();
 }
+// clang-format on
 
 void WriteShapeDataFile(support::Platform& platform, const std::string& toolsFolder,
                         host::Scripting& scripting, const std::string& projectName,
@@ -72,6 +74,7 @@ void WriteShapeDataFile(support::Platform& platform, const std::string& toolsFol
                      ShapeDataFileText(scripting, projectName, projectType, mainIndex));
 }
 
+// clang-format off
 std::string RefFileText(const std::string& refName, int32_t projectType,
                         const std::string& description) {
     // The text needs no numbers, so no host formats any.
@@ -90,6 +93,7 @@ std::string RefFileText(const std::string& refName, int32_t projectType,
     line(")");                                                          // 5
     return bytes;
 }
+// clang-format on
 
 void WriteRefFile(support::Platform& platform, const std::string& toolsFolder,
                   const std::string& refName, int32_t projectType, const std::string& description,

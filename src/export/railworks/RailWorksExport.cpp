@@ -40,13 +40,13 @@ bool IsAnimated(host::Scripting& scripting) {
 }
 
 class RailWorksExport {
-public:
+  public:
     RailWorksExport(support::Platform& platform, const RailWorksExportInputs& inputs)
         : platform_(platform), inputs_(inputs), ui_(platform.ui) {}
 
     bool Run();
 
-private:
+  private:
     int32_t Long(int32_t index) const {
         if (index < 0 || static_cast<size_t>(index) >= inputs_.userDataLongs.size()) {
             throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
@@ -64,8 +64,7 @@ private:
     // reporting, its text prefixed with `context`, and marks the export failed.
     template <typename Body>
     void Step(std::string_view context, Body&& body);
-    void ExportFile(bool (host::Exporter::*operation)(const std::string&),
-                    const std::string& file);
+    void ExportFile(bool (host::Exporter::*operation)(const std::string&), const std::string& file);
 
     support::Platform& platform_;
     const RailWorksExportInputs& inputs_;
@@ -99,8 +98,8 @@ std::string RailWorksExport::CreateFolders() {
         files.CreateFolder(folder);
     }
     const int32_t projectType = Long(kProjectTypeLong);
-    const bool animated = projectType != kRailNetwork && projectType != kRailVehicle &&
-                          IsAnimated(inputs_.scripting);
+    const bool animated =
+        projectType != kRailNetwork && projectType != kRailVehicle && IsAnimated(inputs_.scripting);
     for (const std::string& level :
          ProjectFolder(projectType, Long(kSubTypeLong), animated, inputs_.projectName)) {
         folder = support::JoinPath(folder, level);
@@ -120,9 +119,9 @@ void RailWorksExport::Step(std::string_view context, Body&& body) {
     } catch (...) {
         failed_ = true;
         const support::ErrorInfo error = support::CurrentError();
-        support::ReportError(ui_, {host::kHostErrorFailed,
-                                   std::string(context) + std::to_string(error.number) + "-" +
-                                       error.description});
+        support::ReportError(
+            ui_, {host::kHostErrorFailed,
+                  std::string(context) + std::to_string(error.number) + "-" + error.description});
     }
 }
 

@@ -37,9 +37,9 @@ void ShowExportFailed(support::UserInterface& ui, std::string_view simulatorName
 
 void ShowExportedTo(support::UserInterface& ui, std::string_view simulatorName,
                     const std::string& folder) {
-    ui.ShowMessage("Your " + std::string(simulatorName) + " project has been exported to: \"" +
-                       folder + "\"",
-                   support::MessageIcon::Information, support::MessageButtons::Ok);
+    ui.ShowMessage(
+        "Your " + std::string(simulatorName) + " project has been exported to: \"" + folder + "\"",
+        support::MessageIcon::Information, support::MessageButtons::Ok);
 }
 
 }  // namespace railwright::exporttextures

@@ -12,7 +12,9 @@ constexpr std::string_view kAlphaField = "Tx Alpha";
 // A texture or map name shorter than this names nothing.
 constexpr size_t kShortestName = 3;
 
-bool Names(const std::string& name) { return name.size() >= kShortestName; }
+bool Names(const std::string& name) {
+    return name.size() >= kShortestName;
+}
 
 bool IsAlphaKind(std::string_view value) {
     return support::EqualsIgnoreCase(value, kAlphaTranslucency) ||
@@ -105,9 +107,8 @@ bool CheckTextures(support::UserInterface& ui, host::Scripting& scripting,
                 }
                 const std::string transparencyMap = material->TransparencyMap();
                 const bool hasTransparencyMap = Names(transparencyMap);
-                const std::string alphaValue = alphaField != -1
-                                                   ? material->CustomField(alphaField)
-                                                   : std::string(kAlphaNone);
+                const std::string alphaValue =
+                    alphaField != -1 ? material->CustomField(alphaField) : std::string(kAlphaNone);
                 bool valid = RegisterTexture(ui, list, textureFile, hasTransparencyMap, alphaValue);
                 // The further maps carry no transparency map of their own.
                 for (const std::string& map :

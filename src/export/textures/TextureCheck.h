@@ -42,7 +42,6 @@ bool RegisterTexture(support::UserInterface& ui, TextureList& list, const std::s
 // material has a texture. A failing host call is reported and ends the pass with the result as
 // it stood.
 bool CheckTextures(support::UserInterface& ui, host::Scripting& scripting,
-                   host::SceneGraph& sceneGraph, TextureList& list,
-                   std::string_view excludePrefix);
+                   host::SceneGraph& sceneGraph, TextureList& list, std::string_view excludePrefix);
 
 }  // namespace railwright::exporttextures

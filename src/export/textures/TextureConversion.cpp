@@ -17,7 +17,9 @@ constexpr std::string_view kRailSimulatorRefusal =
     "\". It may be in a format not permitted by Rail Simulator.";
 
 // The only quoting these programs get: the piece between two double quotes, as it stands.
-std::string InQuotes(std::string_view piece) { return "\"" + std::string(piece) + "\""; }
+std::string InQuotes(std::string_view piece) {
+    return "\"" + std::string(piece) + "\"";
+}
 
 std::string Program(const std::string& toolsFolder, std::string_view program) {
     return support::JoinPath(toolsFolder, program);
@@ -91,8 +93,8 @@ bool ConvertForMsts(support::Platform& platform, const TextureJob& job,
 
 std::string MakeAceCommandLine(const std::string& toolsFolder, const TextureJob& job,
                                std::string_view textureName, bool compressorPresent) {
-    std::string line = Program(toolsFolder, kMakeAce) + " " + job.inputShort + " " +
-                       InQuotes(job.outputFile);
+    std::string line =
+        Program(toolsFolder, kMakeAce) + " " + job.inputShort + " " + InQuotes(job.outputFile);
     const bool dxt = job.compression == kLossyCompression && !compressorPresent;
     if (IsAlpha(job, kAlphaTransparency)) {
         line += " -trans";
@@ -111,13 +113,13 @@ std::string MakeAceCommandLine(const std::string& toolsFolder, const TextureJob&
 }
 
 std::string ToAceCommandLine(const std::string& toolsFolder, const TextureJob& job) {
-    return Program(toolsFolder, kToAce) + " " + std::string(ToAceSwitches(job)) + "/OUT=" +
-           InQuotes(job.outputFile) + " " + InQuotes(job.inputShort);
+    return Program(toolsFolder, kToAce) + " " + std::string(ToAceSwitches(job)) +
+           "/OUT=" + InQuotes(job.outputFile) + " " + InQuotes(job.inputShort);
 }
 
 std::string RwAceToolCommandLine(const std::string& toolsFolder, const TextureJob& job) {
-    std::string line = InQuotes(Program(toolsFolder, kRwAceTool)) + " " +
-                       InQuotes(job.inputShort) + " -o " + InQuotes(job.outputFile);
+    std::string line = InQuotes(Program(toolsFolder, kRwAceTool)) + " " + InQuotes(job.inputShort) +
+                       " -o " + InQuotes(job.outputFile);
     if (job.compression == kUncompressed) {
         line += " -noCompress";
     }
@@ -137,8 +139,7 @@ bool CompressorPresent(support::FileSystem& files, const std::string& toolsFolde
     return false;
 }
 
-std::optional<std::string> LocateTexture(support::FileSystem& files,
-                                         const std::string& modelFolder,
+std::optional<std::string> LocateTexture(support::FileSystem& files, const std::string& modelFolder,
                                          const std::string& textureName) {
     const std::string asGiven =
         IsAbsolute(textureName) ? textureName : support::JoinPath(modelFolder, textureName);

@@ -54,8 +54,7 @@ bool CompressorPresent(support::FileSystem& files, const std::string& toolsFolde
 
 // The texture file a material names: the name as given (against the model's folder when it is
 // relative), else a file of the same name in the model's folder; nothing when neither exists.
-std::optional<std::string> LocateTexture(support::FileSystem& files,
-                                         const std::string& modelFolder,
+std::optional<std::string> LocateTexture(support::FileSystem& files, const std::string& modelFolder,
                                          const std::string& textureName);
 
 // The .ace file a texture converts to: the texture's name with the extension ".ACE", in

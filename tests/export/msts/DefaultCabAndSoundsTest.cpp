@@ -34,9 +34,10 @@ class DefaultCabAndSoundsTest : public ::testing::Test {
         longs = testing::VehicleSettings{.subType = subType}.Longs();
         longs[kSoundLong] = sounds;
         longs[kCabViewLong] = cabView;
-        const VehicleFileInputs inputs{*scene.scripting, "Flyer", vehicleFolder,
-                                       testing::MainIndex(*scene.scripting), singles, longs,
-                                       "Flyer", "A fast engine.", "Drive it."};
+        const VehicleFileInputs inputs{
+            *scene.scripting, "Flyer", vehicleFolder, testing::MainIndex(*scene.scripting),
+            singles,          longs,   "Flyer",       "A fast engine.",
+            "Drive it."};
         ExportVehicleFiles(env.platform, tools.Folder(), msts + "/", inputs);
     }
 
@@ -85,18 +86,25 @@ TEST_F(DefaultCabAndSoundsTest, EachSubTypeGetsItsTrainsFilesAndItsWriter) {
         const char* type;  // the writer's own Type line
     };
     const Case cases[] = {
-        {0, kUnchecked, kChecked, {"CABVIEW/DASH9CAB.ACE", "CABVIEW/flyer.cvf", "flyer.eng"},
+        {0,
+         kUnchecked,
+         kChecked,
+         {"CABVIEW/DASH9CAB.ACE", "CABVIEW/flyer.cvf", "flyer.eng"},
          "Diesel"},
-        {1, kChecked, kUnchecked,
-         {"SOUND/flyercab.sms", "SOUND/flyereng.sms", "SOUND/pan.wav", "flyer.eng"}, "Electric"},
+        {1,
+         kChecked,
+         kUnchecked,
+         {"SOUND/flyercab.sms", "SOUND/flyereng.sms", "SOUND/pan.wav", "flyer.eng"},
+         "Electric"},
         // Wagons get the default train's textures and waves, but no cab view or sound sets.
-        {2, kChecked, kChecked, {"CABVIEW/ACELACAB.ACE", "SOUND/pan.wav", "flyer.wag"},
-         "Freight"},
+        {2, kChecked, kChecked, {"CABVIEW/ACELACAB.ACE", "SOUND/pan.wav", "flyer.wag"}, "Freight"},
         {3, kChecked, kChecked, {"flyer.wag"}, "Carriage"},
         // A tank engine reaches the wagon writer with the Scotsman's textures and waves.
-        {5, kChecked, kChecked,
-         {"CABVIEW/SCOTCAB.ACE", "CABVIEW/gauges.ace", "SOUND/SteamChuff.WAV",
-          "SOUND/whistle.wav", "flyer.wag"},
+        {5,
+         kChecked,
+         kChecked,
+         {"CABVIEW/SCOTCAB.ACE", "CABVIEW/gauges.ace", "SOUND/SteamChuff.WAV", "SOUND/whistle.wav",
+          "flyer.wag"},
          "Tender"},
         {6, kUnchecked, kUnchecked, {"flyer.wag"}, "Tender"},
     };
@@ -126,9 +134,8 @@ TEST_F(DefaultCabAndSoundsTest, AMissingSourceFileKeepsWhatWasCopiedBeforeIt) {
         EXPECT_EQ(error.Number(), support::kErrorFileNotFound);
         EXPECT_NE(std::string(error.what()).find("acelaeng.sms"), std::string::npos);
     }
-    EXPECT_EQ(FileTree(vehicleFolder),
-              (Strings{"CABVIEW/ACELACAB.ACE", "CABVIEW/flyer.cvf", "SOUND/flyercab.sms",
-                       "SOUND/pan.wav"}));
+    EXPECT_EQ(FileTree(vehicleFolder), (Strings{"CABVIEW/ACELACAB.ACE", "CABVIEW/flyer.cvf",
+                                                "SOUND/flyercab.sms", "SOUND/pan.wav"}));
 }
 
 TEST_F(DefaultCabAndSoundsTest, RunningAgainOverwritesTheCopies) {

@@ -82,19 +82,11 @@ class MstsExportTest : public ::testing::Test {
         return longs;
     }
 
-    bool Export(const std::string& name, const std::string& route = "",
-                bool toDocuments = false) {
-        const MstsExportInputs inputs{*scene.scripting,
-                                      *scene.model,
-                                      *scene.application,
-                                      "The title",
-                                      name,
-                                      "The description",
-                                      route,
-                                      "The procedures",
-                                      singles,
-                                      longs,
-                                      toDocuments};
+    bool Export(const std::string& name, const std::string& route = "", bool toDocuments = false) {
+        const MstsExportInputs inputs{
+            *scene.scripting,  *scene.model, *scene.application, "The title", name,
+            "The description", route,        "The procedures",   singles,     longs,
+            toDocuments};
         return ExportToMsts(env.platform, inputs);
     }
 
@@ -169,8 +161,17 @@ TEST_F(MstsExportTest, FindsMainWhateverItsCaseAndStopsWithoutIt) {
     scene = Model("Body");
     Prepare(scene);
     const std::string folder = msts + "/TRAINS/TRAINSET/OTHER";
-    const MstsExportInputs inputs{*scene.scripting, *scene.model, *scene.application, "", "Other",
-                                  "", "", "", singles, longs, false};
+    const MstsExportInputs inputs{*scene.scripting,
+                                  *scene.model,
+                                  *scene.application,
+                                  "",
+                                  "Other",
+                                  "",
+                                  "",
+                                  "",
+                                  singles,
+                                  longs,
+                                  false};
     EXPECT_FALSE(ExportToMsts(other.platform, inputs));
     EXPECT_EQ(ShownMessages(other.ui),
               Strings{"Railwright: exclamation: No \"Main\" group found. Unable to export "
@@ -215,8 +216,17 @@ TEST_F(MstsExportTest, AShapeTheHostCannotExportSkipsTheLaterFiles) {
         } else {
             model.application->SetExportShapeResult(false);
         }
-        const MstsExportInputs inputs{*model.scripting, *model.model, *model.application, "",
-                                      "Loco", "", "", "", singles, longs, false};
+        const MstsExportInputs inputs{*model.scripting,
+                                      *model.model,
+                                      *model.application,
+                                      "",
+                                      "Loco",
+                                      "",
+                                      "",
+                                      "",
+                                      singles,
+                                      longs,
+                                      false};
         EXPECT_FALSE(ExportToMsts(run.platform, inputs));
         EXPECT_EQ(ShownMessages(run.ui), Strings{kFailed});
         // The textures converted before stay.
@@ -228,8 +238,7 @@ TEST_F(MstsExportTest, AMissingDefaultTrainFailsTheExportAndKeepsTheFilesBeforeI
     std::filesystem::remove_all(msts + "/TRAINS/TRAINSET/DASH9");
     EXPECT_FALSE(Export("Loco"));
     EXPECT_EQ(ShownMessages(env.ui), Strings{kFailed});
-    EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO"),
-              (Strings{"body.ACE", "loco.s", "loco.sd"}));
+    EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO"), (Strings{"body.ACE", "loco.s", "loco.sd"}));
 }
 
 TEST_F(MstsExportTest, AFolderThatCannotBeCreatedFailsTheExport) {
@@ -251,12 +260,20 @@ TEST_F(MstsExportTest, AMissingToolIsReportedOnItsOwnTerms) {
     // Without txt2uni the text files cannot be finished: the export fails after the shape data.
     ::railwright::testing::ExportPlatform run;
     tools.Remove("txt2uni.exe");
-    const MstsExportInputs inputs{*scene.scripting, *scene.model, *scene.application, "",
-                                  "Loco Two", "", "", "", singles, longs, false};
+    const MstsExportInputs inputs{*scene.scripting,
+                                  *scene.model,
+                                  *scene.application,
+                                  "",
+                                  "Loco Two",
+                                  "",
+                                  "",
+                                  "",
+                                  singles,
+                                  longs,
+                                  false};
     EXPECT_FALSE(ExportToMsts(run.platform, inputs));
     EXPECT_EQ(ShownMessages(run.ui).back(), kFailed);
-    EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO TWO"),
-              (Strings{"loco two.s", "loco two.sd"}));
+    EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO TWO"), (Strings{"loco two.s", "loco two.sd"}));
 }
 
 TEST_F(MstsExportTest, WithoutMstsNothingIsWritten) {

@@ -45,16 +45,16 @@ int32_t MainIndex(const Scene& scene) {
 
 TEST(ShapeDataFile, SceneryHasItsBoxWithoutPlaceholdersAndItsCollisionBoxes) {
     const Scene scene = Depot();
-    EXPECT_TRUE(MatchesGolden(ShapeDataFileText(*scene.scripting, "Depot", kScenery,
-                                                MainIndex(scene)),
-                              "msts/scenery.sd"));
+    EXPECT_TRUE(
+        MatchesGolden(ShapeDataFileText(*scene.scripting, "Depot", kScenery, MainIndex(scene)),
+                      "msts/scenery.sd"));
 }
 
 TEST(ShapeDataFile, ARailNetworkObjectHasNoBoxAndAnEmptyComplex) {
     const Scene scene = SceneBuilder().Group("Main").Box({-4, 0, -1}, {4, 7, 1}, "g.tga").Build();
-    EXPECT_TRUE(MatchesGolden(ShapeDataFileText(*scene.scripting, "Signal Gantry",
-                                                kRailNetworkProject, MainIndex(scene)),
-                              "msts/rail_network.sd"));
+    EXPECT_TRUE(MatchesGolden(
+        ShapeDataFileText(*scene.scripting, "Signal Gantry", kRailNetworkProject, MainIndex(scene)),
+        "msts/rail_network.sd"));
 }
 
 TEST(ShapeDataFile, ARailVehicleHasItsBox) {

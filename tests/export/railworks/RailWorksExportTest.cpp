@@ -142,8 +142,8 @@ TEST_F(RailWorksExportTest, AnyGroupWithTwoKeysMakesSceneryAnimated) {
                 .Build();
     Prepare(scene);
     ASSERT_TRUE(Export("Windmill"));
-    EXPECT_TRUE(std::filesystem::exists(
-        installation + "/Source/Developer/Addon/Scenery/Animated/Windmill.igs"));
+    EXPECT_TRUE(std::filesystem::exists(installation +
+                                        "/Source/Developer/Addon/Scenery/Animated/Windmill.igs"));
 }
 
 TEST_F(RailWorksExportTest, WithoutCreateShapeOnlyTheFoldersAndTexturesAreMade) {

@@ -204,9 +204,9 @@ TEST(CheckTextures, AFailingHostEndsThePassWithTheResultAsItStood) {
     const CheckRun run = Check(scene);
     EXPECT_TRUE(run.ok);
     EXPECT_EQ(run.list, (TextureList{{"body.tga", false, "None"}}));
-    EXPECT_EQ(run.messages, std::vector<std::string>{
-                                "Railwright: critical: Material.TextureFile failed. (#" +
-                                std::to_string(host::kHostErrorFailed) + ")"});
+    EXPECT_EQ(run.messages,
+              std::vector<std::string>{"Railwright: critical: Material.TextureFile failed. (#" +
+                                       std::to_string(host::kHostErrorFailed) + ")"});
 }
 
 }  // namespace

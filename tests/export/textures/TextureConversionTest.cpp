@@ -65,8 +65,8 @@ TEST_F(TextureConversionTest, MakeAceGetsItsSwitchesFromTheAlphaKindAndCompressi
         {"body.bmp", "Transparency", kLossyCompression, true, {"-trans"}},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.texture) + " " + c.alpha + " " +
-                     std::to_string(c.compression) + (c.compressorPresent ? " acecomp" : ""));
+        SCOPED_TRACE(std::string(c.texture) + " " + c.alpha + " " + std::to_string(c.compression) +
+                     (c.compressorPresent ? " acecomp" : ""));
         ::railwright::testing::ExportPlatform run;
         FakeTools caseTools(run.temp / "tools");
         if (!c.compressorPresent) {
@@ -138,8 +138,7 @@ TEST_F(TextureConversionTest, RwAceToolLeavesTheCompressionToItselfUnlessUncompr
         ConvertTexture(env.platform, {"body.png", false, "None"},
                        Settings(TextureTarget::RailWorks, compression));
         const Strings argv = tools.Calls().back().argv;
-        Strings expected = {tools.Path("RWAceTool.exe"), argv[1], "-o",
-                            targetFolder + "/body.ACE"};
+        Strings expected = {tools.Path("RWAceTool.exe"), argv[1], "-o", targetFolder + "/body.ACE"};
         if (compression == kUncompressed) {
             expected.push_back("-noCompress");
         }
@@ -201,17 +200,17 @@ TEST_F(TextureConversionTest, EachTextureThatCannotBeConvertedIsReportedByItself
     ConvertTexture(env.platform, textures[3], Settings(TextureTarget::RailSimulator));
     tools.Fail("RWAceTool.exe");
     ConvertTexture(env.platform, textures[3], Settings(TextureTarget::RailWorks));
-    EXPECT_EQ(ShownMessages(env.ui),
-              (Strings{"Railwright: critical: Unable to find texture \"missing.tga\". To ensure "
-                       "it is found please move it to the same location as your PFG file.",
-                       "Railwright: exclamation: Unable to convert texture \"body.png\". Only TGA "
-                       "files and BMP files are supported.",
-                       "Railwright: exclamation: Unable to convert texture \"body.bmp" +
-                           mstsRefusal,
-                       "Railwright: exclamation: Unable to convert texture \"body.tga" +
-                           railSimulatorRefusal,
-                       "Railwright: exclamation: Unable to convert texture \"body.tga" +
-                           railSimulatorRefusal}));
+    EXPECT_EQ(
+        ShownMessages(env.ui),
+        (Strings{
+            "Railwright: critical: Unable to find texture \"missing.tga\". To ensure "
+            "it is found please move it to the same location as your PFG file.",
+            "Railwright: exclamation: Unable to convert texture \"body.png\". Only TGA "
+            "files and BMP files are supported.",
+            "Railwright: exclamation: Unable to convert texture \"body.bmp" + mstsRefusal,
+            "Railwright: exclamation: Unable to convert texture \"body.tga" + railSimulatorRefusal,
+            "Railwright: exclamation: Unable to convert texture \"body.tga" +
+                railSimulatorRefusal}));
     // Only the texture MakeACE may take reached it; ToAce could not be started.
     EXPECT_EQ(tools.ToolsRun(), (Strings{"MakeACE.exe", "RWAceTool.exe"}));
     EXPECT_TRUE(::railwright::testing::FileTree(targetFolder).empty());
