@@ -120,21 +120,6 @@ TEST_F(MstsExportTest, ARailVehicleLandsInItsTrainsetFolderWithEveryFile) {
               std::string::npos);
 }
 
-TEST_F(MstsExportTest, ASceneryProjectLandsInItsRouteWithAnExampleRefFile) {
-    longs = Longs(kScenery, 0);
-    ASSERT_TRUE(Export("Water Tower", "Riverside"));
-    const std::string route = msts + "/ROUTES/RIVERSIDE";
-    EXPECT_EQ(ShownMessages(env.ui), Strings{ExportedTo(route)});
-    EXPECT_EQ(FileTree(route), (Strings{"Shapes/water tower.s", "Shapes/water tower.sd",
-                                        "Textures/body.ACE", "water tower.ref"}));
-    EXPECT_EQ(GetFile(route + "/water tower.ref"),
-              ::railwright::testing::Utf16("Static (\r\n"
-                                           "    Class       ( \"Polyforge Scenery\" )\r\n"
-                                           "    Description ( \"The description\" )\r\n"
-                                           "    FileName    ( \"water tower.s\" )\r\n"
-                                           ")\r\n"));
-}
-
 TEST_F(MstsExportTest, AProjectNamedLikeItsRouteGetsATildeRefFile) {
     longs = Longs(kRailNetwork, 2);
     ASSERT_TRUE(Export("riverSIDE", "Riverside"));
