@@ -64,6 +64,8 @@ void AddRunningGear(PartCatalogue& catalogue, const CatalogueInputs& inputs, int
         carrier = "wheel group";
         prefix = "wh";
         firstNumber = wheelsetCounter;
+        // By half the wheels, whatever number of wheelsets was named (four for an odd count), so
+        // numbers may repeat further back; kept, the names are known by these numbers.
         wheelsetCounter += HalfRoundedToEven(wheels);
     }
 

@@ -65,6 +65,7 @@ void frmWizard::cmdFinish_Click() {
     }
 
     finishClicked_ = true;
+    // A save that fails has reported why; the model is then left alone and the dialog open.
     if (!SaveSettings()) {
         return;
     }
