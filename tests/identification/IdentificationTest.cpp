@@ -130,25 +130,5 @@ TEST(MoveGroupUnder, AMissingParentIsReportedOncePerRunAndOnlyABogieMaySilentlyB
     EXPECT_EQ(scene.GroupNamed("C")->ParentNode(), scene.GroupNamed("A"));
 }
 
-TEST(NextMissingPart, PassesOverPartsIdentifiedOrPresentAndStaysPutAtTheEnd) {
-    Scene scene = SceneBuilder("Loco").Group("main").Group("Wheels12").Build();
-    PartCatalogue catalogue;
-    for (const char* name : {"Main", "Bogie1", "Wheels11", "Wheels12"}) {
-        AddPart(catalogue, std::string("the part ") + name, name, name, "-", "-", "-", "-");
-    }
-    catalogue.entries[1].Identified = true;  // skipped
-
-    ASSERT_TRUE(FindNextMissingPart(*scene.scripting, catalogue));
-    EXPECT_EQ(catalogue.position, 2);
-    EXPECT_TRUE(catalogue.entries[0].Identified);
-    EXPECT_EQ(IdentificationPrompt(catalogue, true), "Please select the part Wheels11.");
-
-    scene.model->AddGroup("WHEELS11", *scene.model->Root());
-    EXPECT_FALSE(FindNextMissingPart(*scene.scripting, catalogue));
-    EXPECT_EQ(catalogue.position, 2);
-    EXPECT_TRUE(catalogue.entries[3].Identified);
-    EXPECT_EQ(IdentificationPrompt(catalogue, false), "Part identification complete.");
-}
-
 }  // namespace
 }  // namespace railwright::identification
