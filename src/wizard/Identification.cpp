@@ -80,7 +80,9 @@ identification::IdentificationContext frmWizard::PartIdentification() {
     return {host_.scene, platform_.ui, moveWarningShown_};
 }
 
-// The catalogue follows the attributes: it is built afresh whenever the step is set up.
+// The catalogue follows the attributes: it is built afresh each time the identification step is
+// set up (entered, or reset). Other steps leave it alone, since building names the top group and
+// may send the user back to the attributes.
 void frmWizard::RefreshPartIdentification() {
     if (currentStep_ != kStepPartIdentification) {
         return;
