@@ -129,6 +129,8 @@ int Apply(const ApplyOptions& options, Console console) {
     support::Platform platform = services.MakePlatform(ui);
 
     scene.application->SetRegistryName(kApplicationName);
+    scene.application->SetModelFolder(
+        document::Utf8FromPath(document::PathFromUtf8(model.Path()).parent_path()));
     scene.application->SetToolsFolder(support::JoinPath(tools, ""));
     scene.application->SetDocumentsFolder(options.documents.empty()
                                               ? platform.system.DocumentsFolder()

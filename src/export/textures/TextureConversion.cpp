@@ -219,8 +219,15 @@ void ConvertTexture(support::Platform& platform, const TextureEntry& texture,
 
 void ConvertTextures(support::Platform& platform, const TextureList& list,
                      const ConversionSettings& settings) {
+    const int total = static_cast<int>(list.size());
+    int done = 0;
     for (const TextureEntry& texture : list) {
+        platform.ui.Progress("Converting textures", done, total, FilePart(texture.textureFile));
         ConvertTexture(platform, texture, settings);
+        ++done;
+    }
+    if (total > 0) {
+        platform.ui.Progress("Converting textures", done, total, {});
     }
 }
 
