@@ -50,7 +50,7 @@ void WriteFile(const std::filesystem::path& file, const std::string& bytes) {
 }
 
 class GeneratedModel {
-public:
+  public:
     GeneratedModel() {
         std::random_device random;
         folder_ = std::filesystem::temp_directory_path() /
@@ -66,7 +66,7 @@ public:
     std::string Gltf() const { return (folder_ / "train.gltf").string(); }
     std::string Glb() const { return (folder_ / "train.glb").string(); }
 
-private:
+  private:
     void Generate() {
         std::string buffer;
         Json json = Json::object();
@@ -95,33 +95,40 @@ private:
                 for (int x = 0; x < kGrid; ++x) {
                     const auto corner = static_cast<uint32_t>(y * (kGrid + 1) + x);
                     const auto above = corner + static_cast<uint32_t>(kGrid + 1);
-                    for (const uint32_t index : {corner, corner + 1, above, above, corner + 1,
-                                                 above + 1}) {
+                    for (const uint32_t index :
+                         {corner, corner + 1, above, above, corner + 1, above + 1}) {
                         AppendUint32(buffer, index);
                     }
                 }
             }
             const size_t end = buffer.size();
             const auto view = [&views](size_t from, size_t to, int target) {
-                views.push_back({{"buffer", 0}, {"byteOffset", from}, {"byteLength", to - from},
+                views.push_back({{"buffer", 0},
+                                 {"byteOffset", from},
+                                 {"byteLength", to - from},
                                  {"target", target}});
                 return views.size() - 1;
             };
             const size_t first = accessors.size();
             accessors.push_back({{"bufferView", view(positions, normals, 34962)},
-                                 {"componentType", 5126}, {"count", vertices}, {"type", "VEC3"},
-                                 {"min", {0, 0, 0}}, {"max", {1, 1, 0.06}}});
+                                 {"componentType", 5126},
+                                 {"count", vertices},
+                                 {"type", "VEC3"},
+                                 {"min", {0, 0, 0}},
+                                 {"max", {1, 1, 0.06}}});
             accessors.push_back({{"bufferView", view(normals, indices, 34962)},
-                                 {"componentType", 5126}, {"count", vertices}, {"type", "VEC3"}});
+                                 {"componentType", 5126},
+                                 {"count", vertices},
+                                 {"type", "VEC3"}});
             accessors.push_back({{"bufferView", view(indices, end, 34963)},
-                                 {"componentType", 5125}, {"count", kGrid * kGrid * 6},
+                                 {"componentType", 5125},
+                                 {"count", kGrid * kGrid * 6},
                                  {"type", "SCALAR"}});
-            meshes.push_back(
-                {{"name", "Mesh" + std::to_string(m)},
-                 {"primitives",
-                  {{{"attributes", {{"POSITION", first}, {"NORMAL", first + 1}}},
-                    {"indices", first + 2},
-                    {"material", m % kMaterials}}}}});
+            meshes.push_back({{"name", "Mesh" + std::to_string(m)},
+                              {"primitives",
+                               {{{"attributes", {{"POSITION", first}, {"NORMAL", first + 1}}},
+                                 {"indices", first + 2},
+                                 {"material", m % kMaterials}}}}});
         }
 
         Json nodes = Json::array();
@@ -137,10 +144,11 @@ private:
                              {"mesh", meshIndex++ % kMeshes}});
             for (int part = 0; part < kPartsPerCar; ++part) {
                 nodes[static_cast<size_t>(carNode)]["children"].push_back(nodes.size());
-                nodes.push_back({{"name", "Car" + std::to_string(car) + "Part" + std::to_string(part)},
-                                 {"translation", {0, part * 0.1, 0}},
-                                 {"rotation", {0, 0, 0.38268343, 0.92387953}},
-                                 {"mesh", meshIndex++ % kMeshes}});
+                nodes.push_back(
+                    {{"name", "Car" + std::to_string(car) + "Part" + std::to_string(part)},
+                     {"translation", {0, part * 0.1, 0}},
+                     {"rotation", {0, 0, 0.38268343, 0.92387953}},
+                     {"mesh", meshIndex++ % kMeshes}});
             }
         }
 

@@ -62,8 +62,7 @@ void ReadElements(const unsigned char* start, size_t stride, size_t count, int c
     for (size_t e = 0; e < count; ++e) {
         const unsigned char* element = start + e * stride;
         for (int c = 0; c < components; ++c) {
-            *out++ = ReadComponent(element + static_cast<size_t>(c) * componentSize,
-                                   componentType);
+            *out++ = ReadComponent(element + static_cast<size_t>(c) * componentSize, componentType);
         }
     }
 }
@@ -111,23 +110,21 @@ std::string ReadAccessor(const tinygltf::Model& model, int index, int components
     if (accessor.sparse.isSparse) {
         const auto& sparse = accessor.sparse;
         const auto count = static_cast<size_t>(sparse.count);
-        const size_t indexSize = sparse.indices.componentType ==
-                                         TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE
-                                     ? 1
-                                 : sparse.indices.componentType ==
-                                         TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT
-                                     ? 2
-                                     : 4;
+        const size_t indexSize =
+            sparse.indices.componentType == TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE    ? 1
+            : sparse.indices.componentType == TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT ? 2
+                                                                                     : 4;
         const unsigned char* indices = ViewStart(model, sparse.indices.bufferView,
                                                  static_cast<size_t>(sparse.indices.byteOffset));
-        const unsigned char* substitutes = ViewStart(
-            model, sparse.values.bufferView, static_cast<size_t>(sparse.values.byteOffset));
+        const unsigned char* substitutes = ViewStart(model, sparse.values.bufferView,
+                                                     static_cast<size_t>(sparse.values.byteOffset));
         const size_t elementSize = AccessorElementSize(accessor.type, accessor.componentType);
         for (size_t i = 0; i < count; ++i) {
-            const uint32_t target = ReadIndex(indices + i * indexSize, sparse.indices.componentType);
+            const uint32_t target =
+                ReadIndex(indices + i * indexSize, sparse.indices.componentType);
             if (target >= accessor.count) {
-                return owner + "'s sparse index " + std::to_string(target) +
-                       " lies beyond its " + std::to_string(accessor.count) + " elements.";
+                return owner + "'s sparse index " + std::to_string(target) + " lies beyond its " +
+                       std::to_string(accessor.count) + " elements.";
             }
             ReadElements(substitutes + i * elementSize, elementSize, 1, components,
                          accessor.componentType, values.data() + target * width);

@@ -52,16 +52,16 @@ Quaternion Slerp(Quaternion a, Quaternion b, double u) {
         wa = std::sin((1 - u) * angle) / std::sin(angle);
         wb = std::sin(u * angle) / std::sin(angle);
     }
-    return Normalized({wa * a.x + wb * b.x, wa * a.y + wb * b.y, wa * a.z + wb * b.z,
-                       wa * a.w + wb * b.w});
+    return Normalized(
+        {wa * a.x + wb * b.x, wa * a.y + wb * b.y, wa * a.z + wb * b.z, wa * a.w + wb * b.w});
 }
 
 // The track's value at `time`: held before the first and after the last time.
 std::vector<double> Sample(const Track& track, float time) {
     const auto value = [&track](size_t i) {
-        return std::vector<double>(track.values.begin() + static_cast<std::ptrdiff_t>(i * track.width),
-                                   track.values.begin() +
-                                       static_cast<std::ptrdiff_t>((i + 1) * track.width));
+        return std::vector<double>(
+            track.values.begin() + static_cast<std::ptrdiff_t>(i * track.width),
+            track.values.begin() + static_cast<std::ptrdiff_t>((i + 1) * track.width));
     };
     const auto after = std::upper_bound(track.times.begin(), track.times.end(), time);
     if (after == track.times.begin()) {
@@ -110,8 +110,8 @@ std::string ReadTrack(const tinygltf::Model& model, const tinygltf::AnimationSam
             return "has times that do not increase.";
         }
     }
-    const ComponentRule rule = width == 4 ? ComponentRule::FloatOrNormalized
-                                          : ComponentRule::FloatOnly;
+    const ComponentRule rule =
+        width == 4 ? ComponentRule::FloatOrNormalized : ComponentRule::FloatOnly;
     std::vector<float> values;
     if (std::string fault =
             ReadAccessor(model, sampler.output, static_cast<int>(width), rule, values);
@@ -404,9 +404,8 @@ std::string WriteNodeKeys(Json& root, const std::map<int, std::vector<Key>>& key
         }
     }
     if (ours == nullptr) {
-        animations.push_back({{"name", kAnimationName},
-                              {"channels", Json::array()},
-                              {"samplers", Json::array()}});
+        animations.push_back(
+            {{"name", kAnimationName}, {"channels", Json::array()}, {"samplers", Json::array()}});
         ours = &animations.back();
     }
     for (const Layout& layout : layouts) {
@@ -418,12 +417,12 @@ std::string WriteNodeKeys(Json& root, const std::map<int, std::vector<Key>>& key
         const int translations =
             AddAccessor(root, bufferView, layout.translations, layout.count, "VEC3");
         const int rotations = AddAccessor(root, bufferView, layout.rotations, layout.count, "VEC4");
-        for (const auto& [path, output] : {std::pair{"translation", translations},
-                                           std::pair{"rotation", rotations}}) {
+        for (const auto& [path, output] :
+             {std::pair{"translation", translations}, std::pair{"rotation", rotations}}) {
             Json& samplers = (*ours)["samplers"];
             samplers.push_back({{"input", times}, {"output", output}, {"interpolation", "LINEAR"}});
-            (*ours)["channels"].push_back(
-                {{"sampler", samplers.size() - 1}, {"target", {{"node", layout.node}, {"path", path}}}});
+            (*ours)["channels"].push_back({{"sampler", samplers.size() - 1},
+                                           {"target", {{"node", layout.node}, {"path", path}}}});
         }
     }
     return {};

@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "document/DocumentState.h"
-#include "document/GltfContainer.h"
 #include "document/Files.h"
+#include "document/GltfContainer.h"
 #include "document/Uri.h"
 
 namespace railwright::document {
@@ -73,9 +73,9 @@ std::string CompareReadBack(const DocumentState& expected, const DocumentState& 
     for (size_t i = 0; i < wantGroups.size(); ++i) {
         const Node& a = *wantGroups[i];
         const Node& b = *gotGroups[i];
-        if (a.NameValue() != b.NameValue() || parentIndex(a, wantIndex) != parentIndex(b, gotIndex) ||
-            a.CustomFields() != b.CustomFields() ||
-            (i > 0 && a.Keys().size() != b.Keys().size())) {
+        if (a.NameValue() != b.NameValue() ||
+            parentIndex(a, wantIndex) != parentIndex(b, gotIndex) ||
+            a.CustomFields() != b.CustomFields() || (i > 0 && a.Keys().size() != b.Keys().size())) {
             return "group " + std::to_string(i) + " \"" + a.NameValue() +
                    "\" reads back differently.";
         }
@@ -122,14 +122,28 @@ LoadResult Document::Load(const std::string& path) {
     return {std::unique_ptr<Document>(new Document(std::move(state))), {}};
 }
 
-host::scene::Scene& Document::Scene() { return state_->host; }
-std::vector<float>& Document::UserDataSingles() { return state_->data.singles; }
-std::vector<int32_t>& Document::UserDataLongs() { return state_->data.longs; }
-std::string& Document::UserDataString() { return state_->data.text; }
-std::string Document::Path() const { return Utf8FromPath(state_->file); }
-bool Document::IsBinary() const { return state_->form == FileForm::Binary; }
+host::scene::Scene& Document::Scene() {
+    return state_->host;
+}
+std::vector<float>& Document::UserDataSingles() {
+    return state_->data.singles;
+}
+std::vector<int32_t>& Document::UserDataLongs() {
+    return state_->data.longs;
+}
+std::string& Document::UserDataString() {
+    return state_->data.text;
+}
+std::string Document::Path() const {
+    return Utf8FromPath(state_->file);
+}
+bool Document::IsBinary() const {
+    return state_->form == FileForm::Binary;
+}
 
-SaveResult Document::Save() { return SaveAs(Path()); }
+SaveResult Document::Save() {
+    return SaveAs(Path());
+}
 
 SaveResult Document::SaveAs(const std::string& path) {
     const auto failed = [&path](const std::string& fault) {

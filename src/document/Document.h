@@ -40,7 +40,7 @@ struct [[nodiscard]] SaveResult {
 };
 
 class Document {
-public:
+  public:
     // Loads the model at `path` (UTF-8). A file that is not sound glTF 2.0, or that needs what
     // the document cannot read (compressed geometry, integer positions), is refused with a
     // message naming the file and the fault.
@@ -79,7 +79,7 @@ public:
     // texture, fields), the custom field names by slot and the settings values.
     nlohmann::ordered_json Inspect();
 
-private:
+  private:
     explicit Document(std::unique_ptr<DocumentState> state);
 
     std::unique_ptr<DocumentState> state_;

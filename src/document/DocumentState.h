@@ -46,9 +46,9 @@ struct DocumentState {
     std::filesystem::path file;    // absolute
     std::filesystem::path folder;  // the file's folder: where relative URIs point
     FileForm form = FileForm::Text;
-    Json json;                      // the file's JSON as read; never changed by saving
+    Json json;                       // the file's JSON as read; never changed by saving
     std::optional<std::string> bin;  // .glb: the BIN chunk
-    std::string otherChunks;        // .glb: chunks of other types, kept as they were
+    std::string otherChunks;         // .glb: chunks of other types, kept as they were
     int scene = -1;  // the glTF scene shown as the root group; -1 when the file has none and
                      // the parentless nodes are its top groups
     host::scene::Scene host;

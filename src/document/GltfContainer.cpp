@@ -7,9 +7,9 @@ namespace railwright::document {
 
 namespace {
 
-constexpr uint32_t kGlbMagic = 0x46546C67;      // "glTF"
-constexpr uint32_t kChunkJson = 0x4E4F534A;     // "JSON"
-constexpr uint32_t kChunkBin = 0x004E4942;      // "BIN\0"
+constexpr uint32_t kGlbMagic = 0x46546C67;   // "glTF"
+constexpr uint32_t kChunkJson = 0x4E4F534A;  // "JSON"
+constexpr uint32_t kChunkBin = 0x004E4942;   // "BIN\0"
 constexpr size_t kHeaderSize = 12;
 constexpr size_t kChunkHeaderSize = 8;
 
@@ -27,7 +27,9 @@ void AppendUint32(std::string& bytes, uint32_t value) {
     }
 }
 
-size_t PaddedTo4(size_t size) { return (size + 3) / 4 * 4; }
+size_t PaddedTo4(size_t size) {
+    return (size + 3) / 4 * 4;
+}
 
 }  // namespace
 
@@ -37,8 +39,7 @@ bool LooksLikeGlb(std::string_view file) {
 
 std::string SplitGlb(std::string_view file, GlbChunks& chunks) {
     if (file.size() < kHeaderSize) {
-        return "the binary glTF header is cut short (" + std::to_string(file.size()) +
-               " bytes).";
+        return "the binary glTF header is cut short (" + std::to_string(file.size()) + " bytes).";
     }
     if (ReadUint32(file, 0) != kGlbMagic) {
         return "the file does not start with the binary glTF magic \"glTF\".";

@@ -24,8 +24,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "document/Animations.h"
 #include "document/AccessorReader.h"
+#include "document/Animations.h"
 #include "document/DocumentState.h"
 #include "document/Files.h"
 #include "document/GltfContainer.h"
@@ -37,22 +37,24 @@ namespace railwright::document {
 
 namespace {
 
+using host::Vector3;
 using host::scene::Affine;
 using host::scene::MaterialProperties;
 using host::scene::Node;
 using host::scene::SceneMaterial;
 using host::scene::SceneSelection;
-using host::Vector3;
 
 // nlohmann's messages start with a tag ("[json.exception.parse_error.101] ") meant for
 // programmers.
 std::string WithoutExceptionTag(const std::string& message) {
     const size_t end = message.find("] ");
     return message.rfind('[', 0) == 0 && end != std::string::npos ? message.substr(end + 2)
-                                                                   : message;
+                                                                  : message;
 }
 
-std::string Quoted(const std::string& name) { return name.empty() ? "" : " \"" + name + "\""; }
+std::string Quoted(const std::string& name) {
+    return name.empty() ? "" : " \"" + name + "\"";
+}
 
 // The name the JSON object gives itself, or the fallback when it has none.
 std::string NameOf(const Json& object, const std::string& fallback) {
@@ -82,14 +84,14 @@ std::string ImageExtension(const std::string& mimeType, std::string_view bytes) 
 
 // Builds the scene of a validated model into `state`.
 class SceneMapper {
-public:
+  public:
     SceneMapper(const tinygltf::Model& model, const std::map<int, std::string>& dataUriImages,
                 DocumentState& state)
         : model_(model), dataUriImages_(dataUriImages), state_(state) {}
 
     std::string Map();
 
-private:
+  private:
     void NameImages();
     std::string AddGroup(int nodeIndex, Node& parent);
     std::string MeshVertices(int meshIndex, std::vector<Vector3>& vertices);
@@ -109,9 +111,7 @@ std::string SceneMapper::Map() {
     if (std::string fault = ReadModelData(root.at("asset"), state_.data); !fault.empty()) {
         return "the asset: " + fault;
     }
-    state_.scene = model_.defaultScene >= 0 ? model_.defaultScene
-                   : model_.scenes.empty()  ? -1
-                                            : 0;
+    state_.scene = model_.defaultScene >= 0 ? model_.defaultScene : model_.scenes.empty() ? -1 : 0;
     std::vector<int> roots;
     std::string rootName = "Scene";
     if (state_.scene >= 0) {
@@ -198,8 +198,8 @@ void SceneMapper::NameImages() {
             continue;
         }
         EmbeddedImage embedded{static_cast<int>(i), {}, std::move(bytes)};
-        embedded.fileName = stem + "_image" + std::to_string(i) +
-                            ImageExtension(image.mimeType, embedded.bytes);
+        embedded.fileName =
+            stem + "_image" + std::to_string(i) + ImageExtension(image.mimeType, embedded.bytes);
         imageFiles_.push_back(Utf8FromPath(state_.folder / PathFromUtf8(embedded.fileName)));
         state_.images.push_back(std::move(embedded));
     }
@@ -248,8 +248,7 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
         for (const tinygltf::Primitive& primitive : mesh.primitives) {
             if (std::find(held.begin(), held.end(), primitive.material) == held.end()) {
                 held.push_back(primitive.material);
-                if (std::string fault = AddMaterial(primitive.material, *holder);
-                    !fault.empty()) {
+                if (std::string fault = AddMaterial(primitive.material, *holder); !fault.empty()) {
                     return fault;
                 }
             }
@@ -373,8 +372,8 @@ std::string LoadState(const std::filesystem::path& file, DocumentState& state) {
         return "its JSON is not an object.";
     }
 
-    TinyGltfRead read = ReadWithTinyGltf(fileText, state.form == FileForm::Binary, state.json,
-                                         state.folder);
+    TinyGltfRead read =
+        ReadWithTinyGltf(fileText, state.form == FileForm::Binary, state.json, state.folder);
     if (!read.error.empty()) {
         return read.error;
     }

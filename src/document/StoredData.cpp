@@ -49,8 +49,7 @@ std::string ReadStrings(const Json& ours, const char* key, size_t limit,
     return {};
 }
 
-std::string ReadValues(const Json& ours, const char* key, size_t fieldCount,
-                       FieldValues& values) {
+std::string ReadValues(const Json& ours, const char* key, size_t fieldCount, FieldValues& values) {
     std::vector<std::string> strings;
     if (std::string fault = ReadStrings(ours, key, values.size(), strings); !fault.empty()) {
         return fault;
@@ -120,8 +119,10 @@ std::string ReadModelData(const Json& asset, ModelData& data) {
             const Json& item = (*singles)[i];
             const double value = item.is_number() ? item.get<double>() : NAN;
             if (!std::isfinite(value) || std::abs(value) > std::numeric_limits<float>::max()) {
-                return "its extras \"" + kKey + ".singles\" hold something other than a 32-bit "
-                       "number at index " + std::to_string(i) + ".";
+                return "its extras \"" + kKey +
+                       ".singles\" hold something other than a 32-bit "
+                       "number at index " +
+                       std::to_string(i) + ".";
             }
             data.singles.push_back(static_cast<float>(value));
         }
@@ -141,8 +142,10 @@ std::string ReadModelData(const Json& asset, ModelData& data) {
                 (item.is_number_integer() && !item.is_number_unsigned() &&
                  item.get<int64_t>() >= INT32_MIN && item.get<int64_t>() <= INT32_MAX);
             if (!fits) {
-                return "its extras \"" + kKey + ".longs\" hold something other than a 32-bit "
-                       "whole number at index " + std::to_string(i) + ".";
+                return "its extras \"" + kKey +
+                       ".longs\" hold something other than a 32-bit "
+                       "whole number at index " +
+                       std::to_string(i) + ".";
             }
             data.longs.push_back(static_cast<int32_t>(item.get<int64_t>()));
         }
@@ -176,9 +179,9 @@ std::string ReadFieldValues(const Json& object, size_t fieldCount, FieldValues& 
 }
 
 std::string WriteModelData(Json& asset, const ModelData& data) {
-    const bool anyDefault = std::any_of(data.defaultMaterialFields.begin(),
-                                        data.defaultMaterialFields.end(),
-                                        [](const std::string& value) { return !value.empty(); });
+    const bool anyDefault =
+        std::any_of(data.defaultMaterialFields.begin(), data.defaultMaterialFields.end(),
+                    [](const std::string& value) { return !value.empty(); });
     if (data.singles.empty() && data.longs.empty() && data.text.empty() &&
         data.groupFields.empty() && data.materialFields.empty() && !anyDefault) {
         RemoveOurs(asset);
@@ -203,10 +206,10 @@ std::string WriteModelData(Json& asset, const ModelData& data) {
     (*ours)["groupFields"] = StringList(data.groupFields);
     (*ours)["materialFields"] = StringList(data.materialFields);
     if (anyDefault) {
-        (*ours)["defaultMaterialFields"] = StringList(std::vector<std::string>(
-            data.defaultMaterialFields.begin(),
-            data.defaultMaterialFields.begin() +
-                static_cast<std::ptrdiff_t>(data.materialFields.size())));
+        (*ours)["defaultMaterialFields"] = StringList(
+            std::vector<std::string>(data.defaultMaterialFields.begin(),
+                                     data.defaultMaterialFields.begin() +
+                                         static_cast<std::ptrdiff_t>(data.materialFields.size())));
     }
     return {};
 }

@@ -28,10 +28,11 @@ bool FileExists(const std::string& path, void* userData) {
     return std::filesystem::is_regular_file(PathFromUtf8(path), error);
 }
 
-std::string ExpandFilePath(const std::string& path, void*) { return path; }
+std::string ExpandFilePath(const std::string& path, void*) {
+    return path;
+}
 
-bool ReadFile(std::vector<unsigned char>* out, std::string* error, const std::string& path,
-              void*) {
+bool ReadFile(std::vector<unsigned char>* out, std::string* error, const std::string& path, void*) {
     const std::optional<std::string> bytes = ReadWholeFile(PathFromUtf8(path));
     if (!bytes) {
         *error = "cannot be read";
@@ -42,7 +43,7 @@ bool ReadFile(std::vector<unsigned char>* out, std::string* error, const std::st
 }
 
 bool RefuseToWrite(std::string* error, const std::string&, const std::vector<unsigned char>&,
-                    void*) {
+                   void*) {
     *error = "tinygltf never writes for this program";
     return false;
 }
@@ -54,13 +55,15 @@ bool KeepImage(tinygltf::Image* image, const int index, std::string*, std::strin
                const unsigned char* bytes, int size, void* userData) {
     if (image->bufferView < 0 && size > 0) {
         auto& images = *static_cast<std::map<int, std::string>*>(userData);
-        images[index] = std::string(reinterpret_cast<const char*>(bytes),
-                                    static_cast<size_t>(size));
+        images[index] =
+            std::string(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
     }
     return true;
 }
 
-bool IsIndex(const Json& value) { return value.is_number_unsigned(); }
+bool IsIndex(const Json& value) {
+    return value.is_number_unsigned();
+}
 
 // tinygltf takes the address of an image's bufferView bytes before anything validates the
 // view; the view must lie inside its buffer's declared length (tinygltf makes sure that each
@@ -92,11 +95,9 @@ std::string ImageViewFault(const Json& root) {
         const Json& buffer = (*buffers)[view["buffer"].get<size_t>()];
         const Json offset = view.value("byteOffset", Json(0u));
         const Json length = view.value("byteLength", Json());
-        const Json bufferLength =
-            buffer.is_object() ? buffer.value("byteLength", Json()) : Json();
+        const Json bufferLength = buffer.is_object() ? buffer.value("byteLength", Json()) : Json();
         if (!IsIndex(offset) || !IsIndex(length) || !IsIndex(bufferLength) ||
-            length.get<uint64_t>() == 0 ||
-            offset.get<uint64_t>() > bufferLength.get<uint64_t>() ||
+            length.get<uint64_t>() == 0 || offset.get<uint64_t>() > bufferLength.get<uint64_t>() ||
             length.get<uint64_t>() > bufferLength.get<uint64_t>() - offset.get<uint64_t>()) {
             return what + " lies in a bufferView outside its buffer.";
         }
@@ -130,8 +131,7 @@ TinyGltfRead ReadWithTinyGltf(std::string_view file, bool binary, const Json& js
     FileContext context{Utf8FromPath(folder)};
     tinygltf::TinyGLTF loader;
     loader.SetImageLoader(&KeepImage, &read.dataUriImages);
-    loader.SetFsCallbacks({&FileExists, &ExpandFilePath, &ReadFile, &RefuseToWrite,
-                           &context});
+    loader.SetFsCallbacks({&FileExists, &ExpandFilePath, &ReadFile, &RefuseToWrite, &context});
     std::string error;
     std::string warning;
     bool loaded = false;

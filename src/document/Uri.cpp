@@ -19,7 +19,9 @@ int HexValue(char c) {
     return -1;
 }
 
-bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool IsAsciiLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 
 // The bytes a path segment holds without encoding (RFC 3986 unreserved and sub-delimiters, and
 // "@"); ":" is left out so that a first segment is never read as a scheme.
@@ -33,7 +35,9 @@ bool KeptInPath(unsigned char c) {
 
 }  // namespace
 
-bool IsDataUri(std::string_view uri) { return uri.substr(0, 5) == "data:"; }
+bool IsDataUri(std::string_view uri) {
+    return uri.substr(0, 5) == "data:";
+}
 
 bool HasScheme(std::string_view uri) {
     const size_t colon = uri.find(':');
@@ -126,7 +130,8 @@ std::string Base64Encode(std::string_view bytes) {
     size_t i = 0;
     for (; i + 3 <= bytes.size(); i += 3) {
         const uint32_t triple = static_cast<uint32_t>(static_cast<unsigned char>(bytes[i])) << 16 |
-                                static_cast<uint32_t>(static_cast<unsigned char>(bytes[i + 1])) << 8 |
+                                static_cast<uint32_t>(static_cast<unsigned char>(bytes[i + 1]))
+                                    << 8 |
                                 static_cast<uint32_t>(static_cast<unsigned char>(bytes[i + 2]));
         encoded += kAlphabet[(triple >> 18) & 63];
         encoded += kAlphabet[(triple >> 12) & 63];

@@ -10,7 +10,9 @@ namespace {
 
 using Model = tinygltf::Model;
 
-std::string Quoted(const std::string& name) { return name.empty() ? "" : " \"" + name + "\""; }
+std::string Quoted(const std::string& name) {
+    return name.empty() ? "" : " \"" + name + "\"";
+}
 
 // Overflow-checked size arithmetic: nothing when the result does not fit.
 std::optional<size_t> Add(std::optional<size_t> a, size_t b) {
@@ -27,7 +29,9 @@ std::optional<size_t> Multiply(size_t a, size_t b) {
     return a * b;
 }
 
-bool Fits(std::optional<size_t> end, size_t limit) { return end && *end <= limit; }
+bool Fits(std::optional<size_t> end, size_t limit) {
+    return end && *end <= limit;
+}
 
 // Whether `index` names one of `count` objects; -1 (absent) only when `optional`.
 bool Names(int index, size_t count, bool optional) {
@@ -83,8 +87,8 @@ std::string CheckSparse(const Model& model, const tinygltf::Accessor& accessor,
                         const std::string& owner, size_t elementSize) {
     const auto& sparse = accessor.sparse;
     if (sparse.count < 1 || static_cast<size_t>(sparse.count) > accessor.count) {
-        return owner + " has a sparse count of " + std::to_string(sparse.count) +
-               " for its " + std::to_string(accessor.count) + " elements.";
+        return owner + " has a sparse count of " + std::to_string(sparse.count) + " for its " +
+               std::to_string(accessor.count) + " elements.";
     }
     const auto count = static_cast<size_t>(sparse.count);
     struct Part {
@@ -100,10 +104,9 @@ std::string CheckSparse(const Model& model, const tinygltf::Accessor& accessor,
         return owner + " has sparse indices of component type " +
                std::to_string(sparse.indices.componentType) + " (only unsigned integers).";
     }
-    for (const Part& part : {Part{"indices", sparse.indices.bufferView, sparse.indices.byteOffset,
-                                  indexSize},
-                             Part{"values", sparse.values.bufferView, sparse.values.byteOffset,
-                                  elementSize}}) {
+    for (const Part& part :
+         {Part{"indices", sparse.indices.bufferView, sparse.indices.byteOffset, indexSize},
+          Part{"values", sparse.values.bufferView, sparse.values.byteOffset, elementSize}}) {
         if (!Names(part.view, model.bufferViews.size(), false)) {
             return Missing(owner + "'s sparse " + part.what, "bufferView", part.view);
         }
@@ -144,8 +147,8 @@ std::string CheckAccessors(const Model& model) {
             const std::optional<size_t> strides = Multiply(accessor.count - 1, stride);
             const size_t lastElement =
                 AccessorLastElementSize(accessor.type, accessor.componentType);
-            if (!strides || !Fits(Add(Add(accessor.byteOffset, *strides), lastElement),
-                                  view.byteLength)) {
+            if (!strides ||
+                !Fits(Add(Add(accessor.byteOffset, *strides), lastElement), view.byteLength)) {
                 return owner + " reads " + std::to_string(accessor.count) +
                        " elements past the end of bufferView " +
                        std::to_string(accessor.bufferView) + ".";
@@ -192,8 +195,7 @@ std::string CheckMeshes(const Model& model) {
             for (const auto& target : primitive.targets) {
                 for (const auto& [attribute, accessor] : target) {
                     if (!Names(accessor, accessors, false)) {
-                        return Missing(owner + " morph target " + attribute, "accessor",
-                                       accessor);
+                        return Missing(owner + " morph target " + attribute, "accessor", accessor);
                     }
                 }
             }

@@ -19,7 +19,9 @@ namespace {
 using host::scene::Affine;
 using host::scene::Node;
 
-bool Near(double a, double b) { return std::abs(a - b) <= 1e-9 * std::max(1.0, std::abs(a)); }
+bool Near(double a, double b) {
+    return std::abs(a - b) <= 1e-9 * std::max(1.0, std::abs(a));
+}
 
 bool NearlyEqual(const Affine& a, const Affine& b) {
     for (size_t i = 0; i < a.linear.e.size(); ++i) {
@@ -73,13 +75,13 @@ void SetOrErase(Json& object, const char* key, const std::vector<int>& list) {
 }
 
 class ChangeWriter {
-public:
+  public:
     ChangeWriter(const DocumentState& state, Json& json, std::optional<std::string>& bin)
         : state_(state), json_(json), bin_(bin) {}
 
     std::string Write();
 
-private:
+  private:
     std::string WriteGroups();
     std::string WriteKeysAndTransforms();
     std::string WriteMaterialsAndModelData();
@@ -171,8 +173,9 @@ std::string ChangeWriter::WriteKeysAndTransforms() {
         }
     }
     if (!changedKeys.empty()) {
-        if (std::string fault = WriteNodeKeys(
-                json_, changedKeys, [this](std::string_view bytes) { return AddBufferView(bytes); });
+        if (std::string fault =
+                WriteNodeKeys(json_, changedKeys,
+                              [this](std::string_view bytes) { return AddBufferView(bytes); });
             !fault.empty()) {
             return fault;
         }
@@ -187,10 +190,11 @@ std::string ChangeWriter::WriteKeysAndTransforms() {
         const bool newlyAnimated = changedKeys.count(record.node) > 0 && isAnimated;
         if (record.group->LocalTransform() != record.local ||
             (newlyAnimated && node.contains("matrix"))) {
-            if (std::string fault = WriteTransform(node, record.group->LocalTransform(), isAnimated);
+            if (std::string fault =
+                    WriteTransform(node, record.group->LocalTransform(), isAnimated);
                 !fault.empty()) {
-                return "node " + std::to_string(record.node) + " \"" +
-                       record.group->NameValue() + "\": " + fault;
+                return "node " + std::to_string(record.node) + " \"" + record.group->NameValue() +
+                       "\": " + fault;
             }
         }
     }

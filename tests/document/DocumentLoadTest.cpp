@@ -48,16 +48,16 @@ TEST(DocumentLoad, BoxTexturedAsTextAndAsBinary) {
     // The same box: a node with a matrix over an unnamed node with the mesh; the .gltf names
     // its texture file, the .glb holds the image in a bufferView.
     ScratchFolder scratch;
-    const std::filesystem::path glb = scratch.CopyCorpus("box_textured/glTF-Binary", "BoxTextured.glb");
+    const std::filesystem::path glb =
+        scratch.CopyCorpus("box_textured/glTF-Binary", "BoxTextured.glb");
     struct Case {
         std::filesystem::path file;
         bool binary;
         std::string texture;
     };
-    for (const Case& test :
-         {Case{CorpusPath("box_textured/glTF/BoxTextured.gltf"), false,
-               Absolute(CorpusPath("box_textured/glTF/CesiumLogoFlat.png"))},
-          Case{glb, true, Absolute(scratch / "BoxTextured_image0.png")}}) {
+    for (const Case& test : {Case{CorpusPath("box_textured/glTF/BoxTextured.gltf"), false,
+                                  Absolute(CorpusPath("box_textured/glTF/CesiumLogoFlat.png"))},
+                             Case{glb, true, Absolute(scratch / "BoxTextured_image0.png")}}) {
         SCOPED_TRACE(test.file.string());
         const std::unique_ptr<Document> document = MustLoad(test.file);
         ASSERT_TRUE(document);
@@ -127,15 +127,16 @@ TEST(DocumentLoad, DataUriBuffersAndJointAnimation) {
     const std::unique_ptr<Document> document = MustLoad(CorpusPath("simple_skin/simple_skin.gltf"));
     ASSERT_TRUE(document);
     host::scene::Model& model = *document->Scene().model;
-    EXPECT_EQ(GroupNames(*document), (std::vector<std::string>{"Scene", "Node0", "Node1", "Node2"}));
+    EXPECT_EQ(GroupNames(*document),
+              (std::vector<std::string>{"Scene", "Node0", "Node1", "Node2"}));
     // The joint turns about Z, a quarter turn each way, at 12 times half a second apart; it
     // keeps its translation.
     const std::vector<host::scene::Key>& keys = model.GroupOrder()[3]->Keys();
     ASSERT_EQ(keys.size(), 12u);
     const float quarterTurn = 1.5707963f;
     for (const auto& [index, time, turn] :
-         {std::tuple{0, 0.0f, 0.0f}, std::tuple{2, 1.0f, quarterTurn},
-          std::tuple{6, 3.0f, 0.0f}, std::tuple{9, 4.5f, -quarterTurn}}) {
+         {std::tuple{0, 0.0f, 0.0f}, std::tuple{2, 1.0f, quarterTurn}, std::tuple{6, 3.0f, 0.0f},
+          std::tuple{9, 4.5f, -quarterTurn}}) {
         SCOPED_TRACE(index);
         const host::scene::Key& key = keys[static_cast<size_t>(index)];
         EXPECT_EQ(key.time, time);
@@ -151,10 +152,10 @@ TEST(DocumentLoad, RailVehicleHierarchyNamesAndBoundsThroughNodeMatrices) {
     const std::unique_ptr<Document> document =
         MustLoad(CorpusPath("quaternius_train/gltf/Locomotive_Front.gltf"));
     ASSERT_TRUE(document);
-    EXPECT_EQ(GroupNames(*document),
-              (std::vector<std::string>{"Scene", "RootNode", "BigWheels1", "BigWheels2",
-                                        "BigWheels3", "Locomotive", "SmallWheels1",
-                                        "SmallWheels_2"}));
+    EXPECT_EQ(
+        GroupNames(*document),
+        (std::vector<std::string>{"Scene", "RootNode", "BigWheels1", "BigWheels2", "BigWheels3",
+                                  "Locomotive", "SmallWheels1", "SmallWheels_2"}));
     host::scene::Scene& scene = document->Scene();
     host::SceneGroup& root = *scene.scripting->RootGroup();
     EXPECT_EQ(scene.scripting->Group(2)->Parent()->Name(), "RootNode");
@@ -174,7 +175,8 @@ TEST(DocumentLoad, ImageUrisWithSpacesNameTheFilesBesideTheModel) {
     const std::filesystem::path folder = CorpusPath("malformed_tinygltf/CubeImageUriSpaces");
     for (const auto& [model, image] :
          {std::pair{"CubeImageUriSpaces.gltf", "2x2 image has spaces.png"},
-          std::pair{"CubeImageUriMultipleSpaces.gltf", " 2x2 image  has multiple      spaces.png"}}) {
+          std::pair{"CubeImageUriMultipleSpaces.gltf",
+                    " 2x2 image  has multiple      spaces.png"}}) {
         SCOPED_TRACE(model);
         const std::unique_ptr<Document> document = MustLoad(folder / model);
         ASSERT_TRUE(document);
@@ -196,7 +198,8 @@ TEST(DocumentLoad, PercentEncodedUrisAreDecoded) {
 
     const std::unique_ptr<Document> document = MustLoad(model);
     ASSERT_TRUE(document);
-    EXPECT_EQ(OnlyMaterial(*document).TextureFile(), Absolute(scratch / "2x2 image has spaces.png"));
+    EXPECT_EQ(OnlyMaterial(*document).TextureFile(),
+              Absolute(scratch / "2x2 image has spaces.png"));
 }
 
 }  // namespace

@@ -60,9 +60,9 @@ TEST(DocumentMalformed, EveryFileOfTheMalformedFoldersLoadsOrIsRefusedByName) {
     ScratchFolder scratch;
     size_t refused = 0;
     size_t total = 0;
-    for (const auto& [folder, modelsOnly] : {std::pair{"malformed_assimp", false},
-                                             std::pair{"malformed_tinygltf", false},
-                                             std::pair{"malformed_validator", true}}) {
+    for (const auto& [folder, modelsOnly] :
+         {std::pair{"malformed_assimp", false}, std::pair{"malformed_tinygltf", false},
+          std::pair{"malformed_validator", true}}) {
         for (const std::filesystem::path& file : FilesUnder(folder, modelsOnly)) {
             SCOPED_TRACE(file.string());
             refused += LoadAndSave(file, scratch).loaded ? 0 : 1;
@@ -84,10 +84,8 @@ TEST(DocumentMalformed, KnownFaultsAreNamed) {
              Case{"malformed_assimp/MissingBin/BoxTextured.gltf", "BoxTextured0.bin"},
              Case{"malformed_assimp/BoxWithInfinites-glTF-Binary/BoxWithInfinites.glb",
                   "not finite"},
-             Case{"malformed_tinygltf/BoundsChecking/invalid-buffer-view-index.gltf",
-                  "bufferView"},
-             Case{"malformed_tinygltf/BoundsChecking/invalid-primitive-indices.gltf",
-                  "accessor"},
+             Case{"malformed_tinygltf/BoundsChecking/invalid-buffer-view-index.gltf", "bufferView"},
+             Case{"malformed_tinygltf/BoundsChecking/invalid-primitive-indices.gltf", "accessor"},
              Case{"malformed_tinygltf/tests/issue-416.gltf", "version \"\""},
              Case{"malformed_assimp/TestNoRootNode/NoScene.gltf", "default scene 0"},
              Case{"malformed_tinygltf/CubeImageUriSpaces", "not a file"},
@@ -122,9 +120,15 @@ TEST(DocumentMalformed, EditedBoxesAreRefusedForWhatIsWrong) {
          ""},
         {"a node that is its own child", [](Json& j) { j["nodes"][1]["children"] = {1}; },
          "node 1 is its own child"},
-        {"a shared child", [](Json& j) { j["nodes"].push_back({{"children", {1}}}); },
+        {"a shared child",
+         [](Json& j) {
+             j["nodes"].push_back({{"children", {1}}});
+         },
          "node 1 is a child of both node 0 and node 2"},
-        {"a root that is a child", [](Json& j) { j["scenes"][0]["nodes"] = {0, 1}; },
+        {"a root that is a child",
+         [](Json& j) {
+             j["scenes"][0]["nodes"] = {0, 1};
+         },
          "lists node 1 as a root"},
         {"a missing mesh", [](Json& j) { j["nodes"][1]["mesh"] = 7; }, "names mesh 7"},
         {"integer positions", [](Json& j) { j["accessors"][2]["componentType"] = 5122; },
@@ -147,11 +151,12 @@ TEST(DocumentMalformed, EditedBoxesAreRefusedForWhatIsWrong) {
          "BoxTextured0.bin"},
         {"version 3", [](Json& j) { j["asset"]["version"] = "3.0"; }, "version \"3.0\""},
         {"our longs out of range",
-         [](Json& j) { j["asset"]["extras"]["railwright"]["longs"] = {1, 4294967296}; },
+         [](Json& j) {
+             j["asset"]["extras"]["railwright"]["longs"] = {1, 4294967296};
+         },
          "longs"},
         {"our field values without names",
-         [](Json& j) { j["nodes"][1]["extras"]["railwright"]["fields"] = {"x"}; },
-         "only 0 fields"},
+         [](Json& j) { j["nodes"][1]["extras"]["railwright"]["fields"] = {"x"}; }, "only 0 fields"},
         {"other extras of the user",
          [](Json& j) {
              j["asset"]["extras"] = {{"railwright2", {1, Json::object()}},
@@ -182,8 +187,9 @@ TEST(DocumentMalformed, DeepNestingIsRefusedBeforeParsing) {
     ScratchFolder scratch;
     for (const bool binary : {false, true}) {
         SCOPED_TRACE(binary ? "glb" : "gltf");
-        const std::string json = "{\"asset\": {\"version\": \"2.0\"}, \"extras\": " +
-                                 std::string(100000, '[') + std::string(100000, ']') + "}";
+        const std::string json =
+            "{\"asset\": {\"version\": \"2.0\"}, \"extras\": " + std::string(100000, '[') +
+            std::string(100000, ']') + "}";
         const std::filesystem::path file = scratch / (binary ? "deep.glb" : "deep.gltf");
         WriteBytes(file, binary ? *JoinGlb(json, nullptr, {}) : json);
         LoadResult loaded = Document::Load(file.string());
@@ -191,9 +197,8 @@ TEST(DocumentMalformed, DeepNestingIsRefusedBeforeParsing) {
         EXPECT_NE(loaded.error.find("nests"), std::string::npos) << loaded.error;
     }
     // Brackets inside strings do not count.
-    WriteBytes(scratch / "text.gltf",
-               "{\"asset\": {\"version\": \"2.0\", \"generator\": \"" + std::string(1000, '[') +
-                   "\\\"\"}}");
+    WriteBytes(scratch / "text.gltf", "{\"asset\": {\"version\": \"2.0\", \"generator\": \"" +
+                                          std::string(1000, '[') + "\\\"\"}}");
     EXPECT_TRUE(Document::Load((scratch / "text.gltf").string()).document);
 }
 

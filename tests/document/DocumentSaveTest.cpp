@@ -62,9 +62,9 @@ void ExpectNear(const host::Bounds& a, const host::Bounds& b, float tolerance) {
 struct WizardEdits {
     std::string renamed;  // old name
     std::string newName;
-    std::string moved;   // a group moved under `under`, keeping its world place
+    std::string moved;  // a group moved under `under`, keeping its world place
     std::string under;
-    std::string keyed;   // a group given eight keys turning it about X
+    std::string keyed;  // a group given eight keys turning it about X
 };
 
 const std::vector<float> kSingles{12.5f, 0, 100, 0.1f, 0.45f, 0};
@@ -112,9 +112,9 @@ void ExpectEdits(Document& document, const WizardEdits& edits, const host::Bound
     EXPECT_EQ(scene.model->FindGroup(edits.renamed), nullptr);
     EXPECT_EQ(scene.GroupNamed(edits.newName)->CustomField(0), "Main");
     EXPECT_EQ(scene.GroupNamed(edits.moved)->ParentNode(), scene.GroupNamed(edits.under));
-    ExpectNear(scene.GroupNamed(edits.moved)->GetBounds(*scene.scripting->RootGroup(),
-                                                        host::kCurrentPose),
-               movedBounds, 1e-3f);
+    ExpectNear(
+        scene.GroupNamed(edits.moved)->GetBounds(*scene.scripting->RootGroup(), host::kCurrentPose),
+        movedBounds, 1e-3f);
     const std::vector<host::scene::Key>& keys = scene.GroupNamed(edits.keyed)->Keys();
     ASSERT_EQ(keys.size(), 8u);
     for (size_t i = 0; i < keys.size(); ++i) {
@@ -158,13 +158,22 @@ TEST(DocumentSave, WizardEditsReadBackFromTextAndBinaryFiles) {
         size_t newAccessors;  // times, translations and rotations of each node with new keys
     };
     for (const Case& test : {
-             Case{"quaternius_train/gltf", "Locomotive_Front.gltf",
-                  {"Locomotive", "Main", "SmallWheels1", "BigWheels3", "BigWheels2"}, 3},
-             Case{"box_textured/glTF-Binary", "BoxTextured.glb",
-                  {"Node0", "Main", "Node1", "Scene", "Node1"}, 3},
+             Case{"quaternius_train/gltf",
+                  "Locomotive_Front.gltf",
+                  {"Locomotive", "Main", "SmallWheels1", "BigWheels3", "BigWheels2"},
+                  3},
+             Case{"box_textured/glTF-Binary",
+                  "BoxTextured.glb",
+                  {"Node0", "Main", "Node1", "Scene", "Node1"},
+                  3},
+             // External textures and an unknown extension, which stay as they were.
+             Case{"clearcoat_test",
+                  "ClearCoatTest.gltf",
+                  {"R0_SimpleCoatTest", "Main", "R1_CoatOnlySample", "Main", "ClearCoatSample"},
+                  3},
              // The moved joint's keys change with its parent, and are written anew too.
-             Case{"simple_skin", "simple_skin.gltf", {"Node0", "Body", "Node2", "Body", "Node1"},
-                  6},
+             Case{
+                 "simple_skin", "simple_skin.gltf", {"Node0", "Body", "Node2", "Body", "Node1"}, 6},
          }) {
         SCOPED_TRACE(test.file);
         ScratchFolder scratch;
@@ -175,8 +184,8 @@ TEST(DocumentSave, WizardEditsReadBackFromTextAndBinaryFiles) {
             const std::unique_ptr<Document> document = MustLoad(model);
             ASSERT_TRUE(document);
             host::scene::Scene& scene = document->Scene();
-            movedBounds = scene.GroupNamed(test.edits.moved)->GetBounds(
-                *scene.scripting->RootGroup(), host::kCurrentPose);
+            movedBounds = scene.GroupNamed(test.edits.moved)
+                              ->GetBounds(*scene.scripting->RootGroup(), host::kCurrentPose);
             ApplyEdits(*document, test.edits);
             const SaveResult saved = document->Save();
             ASSERT_TRUE(saved.Ok()) << saved.error;
@@ -204,8 +213,8 @@ TEST(DocumentSave, WizardEditsReadBackFromTextAndBinaryFiles) {
         Json rest = after;
         Json old = before;
         WithoutOurExtras(rest);
-        for (const char* changed : {"nodes", "scenes", "animations", "accessors", "bufferViews",
-                                    "buffers"}) {
+        for (const char* changed :
+             {"nodes", "scenes", "animations", "accessors", "bufferViews", "buffers"}) {
             rest.erase(changed);
             old.erase(changed);
         }
@@ -314,7 +323,9 @@ TEST(DocumentSave, AFailedSaveLeavesTheUsersFileAsItWas) {
         {"missing folder", scratch / "missing" / "box.gltf", [] {}, "cannot be created"},
         {"a folder in the way", scratch / "a folder", [] {}, "cannot take its place"},
         {"the buffer gone: the new file does not read back", model,
-         [&scratch] { std::filesystem::rename(scratch / "BoxTextured0.bin", scratch / "moved.bin"); },
+         [&scratch] {
+             std::filesystem::rename(scratch / "BoxTextured0.bin", scratch / "moved.bin");
+         },
          "BoxTextured0.bin"},
     };
     for (const Case& test : cases) {
@@ -336,9 +347,10 @@ TEST(DocumentSave, AReadOnlyFolderLeavesTheUsersFileAsItWas) {
     const std::string original = ReadBytes(model);
     const std::unique_ptr<Document> document = MustLoad(model);
     ASSERT_TRUE(document);
-    std::filesystem::permissions(scratch.Path(), std::filesystem::perms::owner_write |
-                                                     std::filesystem::perms::group_write |
-                                                     std::filesystem::perms::others_write,
+    std::filesystem::permissions(scratch.Path(),
+                                 std::filesystem::perms::owner_write |
+                                     std::filesystem::perms::group_write |
+                                     std::filesystem::perms::others_write,
                                  std::filesystem::perm_options::remove);
     if (std::ofstream(scratch / "probe")) {
         GTEST_SKIP() << "this user writes into read-only folders";
@@ -376,8 +388,9 @@ TEST(DocumentSave, InspectShowsGroupsMaterialsFieldsAndSettings) {
                                0, 0, 0, -2147483648],
                      "string": "Class 20|class20||A diesel|||Start the engine"}})");
     Json actual = inspection;
-    EXPECT_EQ(actual["materials"][0]["texture"],
-              (std::filesystem::absolute(scratch / "CesiumLogoFlat.png")).lexically_normal().string());
+    EXPECT_EQ(
+        actual["materials"][0]["texture"],
+        (std::filesystem::absolute(scratch / "CesiumLogoFlat.png")).lexically_normal().string());
     actual["materials"][0]["texture"] = "TEXTURE";
     EXPECT_EQ(actual, expected) << actual.dump(2);
 }

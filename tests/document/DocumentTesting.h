@@ -20,7 +20,7 @@ inline std::filesystem::path CorpusPath(const std::string& relative) {
 
 // A scratch folder removed with everything in it.
 class ScratchFolder {
-public:
+  public:
     ScratchFolder() {
         std::random_device random;
         path_ = std::filesystem::temp_directory_path() /
@@ -56,7 +56,7 @@ public:
         return target / file;
     }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 
