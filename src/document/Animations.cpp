@@ -161,8 +161,12 @@ std::optional<int> TargetNode(const Json& channel) {
 
 bool TargetsMovedNode(const Json& channel, const std::map<int, std::vector<Key>>& keys) {
     const std::optional<int> node = TargetNode(channel);
-    const auto path = channel["target"].find("path");
-    if (!node || path == channel["target"].end() || !path->is_string()) {
+    if (!node) {
+        return false;
+    }
+    const Json& target = channel.at("target");
+    const auto path = target.find("path");
+    if (path == target.end() || !path->is_string()) {
         return false;
     }
     const std::string property = path->get<std::string>();
@@ -197,7 +201,7 @@ void RemoveChannels(Json& root, const std::map<int, std::vector<Key>>& keys) {
         std::vector<int> newIndex(samplers.size(), -1);
         for (const Json& channel : channels) {
             // Loading checked every sampler index against the same JSON.
-            newIndex.at(channel["sampler"].get<size_t>()) = 0;
+            newIndex.at(channel.at("sampler").get<size_t>()) = 0;
         }
         Json keptSamplers = Json::array();
         for (size_t i = 0; i < samplers.size(); ++i) {
@@ -207,7 +211,7 @@ void RemoveChannels(Json& root, const std::map<int, std::vector<Key>>& keys) {
             }
         }
         for (Json& channel : channels) {
-            channel["sampler"] = newIndex[channel["sampler"].get<size_t>()];
+            channel["sampler"] = newIndex[channel.at("sampler").get<size_t>()];
         }
         animation["channels"] = std::move(channels);
         animation["samplers"] = std::move(keptSamplers);
