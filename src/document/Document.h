@@ -12,7 +12,10 @@
 // WriteBack.cpp, where the system's own data lives in StoredData.h.
 //
 // Saving never corrupts the target: the new file is written beside it, read back and compared
-// with the scene, and only then renamed into place. Errors are values; nothing here throws.
+// with the scene, and only then renamed into place. A .gltf keeps its external files as they
+// are; new binary data (animation keys) goes into the BIN chunk of a .glb and into a buffer
+// given as a data: URI in a .gltf, so no file beside the model is written or overwritten.
+// Errors are values; nothing here throws.
 #pragma once
 
 #include <cstdint>
