@@ -7,6 +7,7 @@
 
 #include "identification/DriveWheelAnimation.h"
 #include "identification/Identification.h"
+#include "support/FileNames.h"
 #include "support/SupportingFunctions.h"
 #include "wizard/ProjectTypes.h"
 #include "wizard/frmWizard.h"
@@ -29,7 +30,37 @@ constexpr const char* kBlankText = " ";
 constexpr int32_t kAnimationFlags = 8;
 constexpr int32_t kAnimationMode = 1;
 
+// The names that become file and folder names of the exports must stay inside the folders they
+// are written to; these refusals come after the checks above and before anything is saved.
+std::string UnusableName(std::string_view what, std::string_view name, const std::string& fault) {
+    return "The " + std::string(what) + " \"" + std::string(name) + "\" cannot be used: " + fault +
+           ". Please choose another name.";
+}
+
 }  // namespace
+
+// The first texture whose converted file could not be named after it, with the reason; empty
+// when every texture can be converted.
+std::string frmWizard::UnusableTextureName() {
+    host::Scripting& scene = host_.scene;
+    for (int32_t i = 0; i < scene.MaterialListCount(); ++i) {
+        std::shared_ptr<host::Selection> holder = scene.MaterialList(i);
+        for (int32_t j = 0; j < holder->MaterialCount(); ++j) {
+            const std::string texture = holder->Material(j)->TextureFile();
+            const size_t slash = texture.find_last_of("\\/");
+            const std::string file = slash == std::string::npos ? texture : texture.substr(slash + 1);
+            if (file.size() < 3) {
+                continue;  // no texture: the texture check reports it
+            }
+            const std::string base = support::SplitExtension(file).baseName;
+            if (const std::string fault = support::FileNameFault(base); !fault.empty()) {
+                return "The texture \"" + file + "\" cannot be converted: " + fault +
+                       ". Please rename the texture file.";
+            }
+        }
+    }
+    return {};
+}
 
 void frmWizard::RefuseFinish(std::string_view message, int step) {
     platform_.ui.ShowMessage(message, support::MessageIcon::Exclamation,
@@ -57,6 +88,24 @@ void frmWizard::cmdFinish_Click() {
         RefuseFinish(kRouteRequired, kStepAttributes);
         BuildPartCatalogue();
         return;
+    }
+    if (const std::string fault = support::FileNameFault(txtProjectName.Text()); !fault.empty()) {
+        RefuseFinish(UnusableName("project name", txtProjectName.Text(), fault), kStepTitle);
+        return;
+    }
+    if (chkMSTS.Value() == 1 && (type == kScenery || type == kRailNetwork)) {
+        if (const std::string fault = support::FileNameFault(cboRoute.Text()); !fault.empty()) {
+            RefuseFinish(UnusableName("route name", cboRoute.Text(), fault), kStepAttributes);
+            return;
+        }
+    }
+    const bool convertsTextures = chkConvertTextures.Value() == 1 &&
+        (chkMSTS.Value() == 1 || chkRailSimulator.Value() == 1 || chkRailWorks.Value() == 1);
+    if (convertsTextures) {
+        if (const std::string refusal = UnusableTextureName(); !refusal.empty()) {
+            RefuseFinish(refusal, CurrentStep());
+            return;
+        }
     }
     for (Control* box : {&txtProjectDescription, &txtOperatingProcedures}) {
         if (box->Text().empty()) {

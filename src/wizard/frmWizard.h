@@ -258,6 +258,7 @@ class frmWizard : public support::DialogModel {
 
     // Finish.
     void RefuseFinish(std::string_view message, int step);
+    std::string UnusableTextureName();
     bool GatherLooseGeometry();
     void SetDefaultGroupCustomFields();
 

@@ -167,6 +167,43 @@ TEST_F(SampleRun, RefusesAScriptThatCannotBeReplayedAndLeavesTheModelAlone) {
     EXPECT_FALSE(fs::exists(fs::path(folder_ / "documents") / "TRAINS"));
 }
 
+TEST_F(SampleRun, RefusesAProjectNameThatWouldWriteOutsideTheOutputFolder) {
+    std::string script = testing::GetFile(std::string(RAILWRIGHT_SOURCE_DIR) + "/examples/diesel.json");
+    const std::string name = R"("text": "SampleDiesel")";
+    ASSERT_NE(script.find(name), std::string::npos);
+    for (const auto& [given, reason] :
+         {std::pair{R"(../../escape)", "it contains the character \"/\""},
+          std::pair{"NUL", "Windows reserves \"NUL\" for a device"}}) {
+        std::string edited = script;
+        edited.replace(edited.find(name), name.size(), "\"text\": \"" + std::string(given) + "\"");
+        const Result result = Apply(Script(edited));
+        EXPECT_EQ(result.status, kExitFailed) << result.err;
+        EXPECT_NE(result.err.find("Railwright: exclamation: The project name \"" + std::string(given) +
+                                  "\" cannot be used: " + reason + ". Please choose another name."),
+                  std::string::npos)
+            << result.err;
+    }
+    EXPECT_FALSE(fs::exists(fs::path(folder_ / "documents") / "TRAINS"));
+    EXPECT_FALSE(fs::exists(fs::path(folder_.Path()).parent_path() / "escape"));
+}
+
+TEST_F(SampleRun, RefusesATextureWhoseConvertedFileWouldOpenADevice) {
+    std::string model = testing::GetFile(Model());
+    const std::string uri = R"("uri": "body.tga")";
+    ASSERT_NE(model.find(uri), std::string::npos);
+    model.replace(model.find(uri), uri.size(), R"("uri": "aux.tga")");
+    testing::PutFile(Model(), model);
+    fs::rename(folder_ / "body.tga", folder_ / "aux.tga");
+    const Result result =
+        Apply(std::string(RAILWRIGHT_SOURCE_DIR) + "/examples/diesel.json");
+    EXPECT_EQ(result.status, kExitFailed) << result.err;
+    EXPECT_NE(result.err.find("The texture \"aux.tga\" cannot be converted: Windows reserves "
+                              "\"AUX\" for a device. Please rename the texture file."),
+              std::string::npos)
+        << result.err;
+    EXPECT_FALSE(fs::exists(fs::path(folder_ / "documents") / "TRAINS"));
+}
+
 TEST_F(SampleRun, ACancelledWizardSavesNothing) {
     const std::string before = testing::GetFile(Model());
     const Result result = Apply(Script(R"({ "events": [ { "click": "cmdCancel" } ] })"));
