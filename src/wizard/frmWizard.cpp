@@ -19,17 +19,11 @@ void PlaceArray(const ControlArray& array, Control& frame) {
 }  // namespace
 
 float& ProjectSettings::Single(size_t index) {
-    if (index >= singles.size()) {
-        throw support::RunTimeError(support::kErrorSubscriptOutOfRange, "Subscript out of range");
-    }
-    return singles[index];
+    return support::ElementAt(singles, static_cast<int64_t>(index));
 }
 
 int32_t& ProjectSettings::Long(size_t index) {
-    if (index >= longs.size()) {
-        throw support::RunTimeError(support::kErrorSubscriptOutOfRange, "Subscript out of range");
-    }
-    return longs[index];
+    return support::ElementAt(longs, static_cast<int64_t>(index));
 }
 
 frmWizard::frmWizard(support::Platform& platform, support::FontWiz& fonts, WizardHost host)

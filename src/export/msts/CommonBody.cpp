@@ -11,13 +11,6 @@ constexpr int32_t kErrorOverflow = 6;
 // The bounding-box request of the model box: every kind of geometry, as the host numbers it.
 constexpr int32_t kBoundingBoxFlags = 11;
 
-template <typename T>
-T At(const std::vector<T>& values, int32_t index) {
-    if (index < 0 || static_cast<size_t>(index) >= values.size()) {
-        throw support::RunTimeError(support::kErrorSubscriptOutOfRange, "Subscript out of range");
-    }
-    return values[static_cast<size_t>(index)];
-}
 
 }  // namespace
 
@@ -40,11 +33,11 @@ VehicleText::VehicleText(const VehicleFileInputs& vehicleInputs)
       lowerName(support::ToLower(vehicleInputs.projectName)) {}
 
 float VehicleText::Single(int32_t index) const {
-    return At(inputs.userDataSingles, index);
+    return support::ElementAt(inputs.userDataSingles, index);
 }
 
 int32_t VehicleText::Long(int32_t index) const {
-    return At(inputs.userDataLongs, index);
+    return support::ElementAt(inputs.userDataLongs, index);
 }
 
 void WriteValueLine(MstsTextFile& file, std::string_view name, std::string_view unit, float value,

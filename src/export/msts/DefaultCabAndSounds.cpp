@@ -83,11 +83,7 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
                         const std::string& mstsFolder, const VehicleFileInputs& inputs) {
     support::FileSystem& files = platform.files;
     const auto setting = [&inputs](int32_t index) {
-        if (index < 0 || static_cast<size_t>(index) >= inputs.userDataLongs.size()) {
-            throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
-                                        "Subscript out of range");
-        }
-        return inputs.userDataLongs[static_cast<size_t>(index)];
+        return support::ElementAt(inputs.userDataLongs, index);
     };
     const int32_t subType = setting(settings::kSubTypeLong);
     const bool cabView = setting(kCabViewLong) == kChecked;

@@ -47,13 +47,7 @@ class RailWorksExport {
     bool Run();
 
   private:
-    int32_t Long(int32_t index) const {
-        if (index < 0 || static_cast<size_t>(index) >= inputs_.userDataLongs.size()) {
-            throw support::RunTimeError(support::kErrorSubscriptOutOfRange,
-                                        "Subscript out of range");
-        }
-        return inputs_.userDataLongs[static_cast<size_t>(index)];
-    }
+    int32_t Long(int32_t index) const { return support::ElementAt(inputs_.userDataLongs, index); }
     std::string_view SimulatorName() const { return SimulatorNameOf(inputs_.railWorks); }
 
     std::string Root();
