@@ -11,7 +11,6 @@ constexpr int32_t kErrorOverflow = 6;
 // The bounding-box request of the model box: every kind of geometry, as the host numbers it.
 constexpr int32_t kBoundingBoxFlags = 11;
 
-
 }  // namespace
 
 ModelBox MeasureModelBox(host::Scripting& scripting, int32_t mainIndex) {
