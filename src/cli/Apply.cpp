@@ -9,6 +9,7 @@
 #include "document/Uri.h"
 #include "cli/Services.h"
 #include "document/Document.h"
+#include "document/shape/ShapeWriter.h"
 #include "plugin/ProductExports.h"
 #include "plugin/Railwright.h"
 #include "support/SupportingFunctions.h"
@@ -19,6 +20,8 @@ namespace {
 
 // The application name under which the command keeps its per-user settings.
 constexpr const char* kApplicationName = "Railwright";
+// The model's setting of the shape's distance levels.
+constexpr size_t kDistanceLevelsLong = 30;
 
 // The scripted front end, with progress on a terminal.
 class CommandLineInterface : public ui::script::ScriptedUserInterface {
@@ -139,10 +142,22 @@ int Apply(const ApplyOptions& options, Console console) {
         {options.msts.empty() ? std::string{} : support::JoinPath(options.msts, "train.exe"),
          options.railWorks.empty() ? options.railSimulator : options.railWorks});
     host::scene::ExporterBehaviour exporters;
-    exporters.exportShape = [&err](host::SceneGroup&, const std::string& file) {
-        err << "railwright: cannot write the shape \"" << file
-            << "\": the shape writer is not available in this version\n";
-        return false;
+    // The distance-level setting is read when the export runs: the plug-in has stored the
+    // wizard's choices into the model's settings by then.
+    exporters.exportShape = [&](host::SceneGroup& mainGroup, const std::string& file) {
+        const std::vector<int32_t>& longs = model.UserDataLongs();
+        const document::shape::ShapeOptions shapeOptions{
+            longs.size() > kDistanceLevelsLong ? longs[kDistanceLevelsLong] : 0};
+        const document::shape::ShapeWriteResult written = document::shape::WriteShapeFile(
+            platform, support::JoinPath(tools, ""), mainGroup, file, shapeOptions);
+        if (!written.Ok()) {
+            err << "railwright: cannot write the shape: " << written.error << '\n';
+            return false;
+        }
+        if (!options.quiet) {
+            console.out << document::shape::ReportText(written.report) << std::flush;
+        }
+        return true;
     };
     exporters.exportIgs = exporters.exportIa = [&err](const std::string& file) {
         err << "railwright: cannot write \"" << file

@@ -138,4 +138,45 @@ std::string ReadAccessor(const tinygltf::Model& model, int index, int components
     return {};
 }
 
+std::string ReadIndices(const tinygltf::Model& model, int index, std::vector<uint32_t>& indices) {
+    const tinygltf::Accessor& accessor = model.accessors[static_cast<size_t>(index)];
+    const std::string owner = "accessor " + std::to_string(index);
+    const int type = accessor.componentType;
+    if (accessor.type != TINYGLTF_TYPE_SCALAR ||
+        (type != TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE &&
+         type != TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT &&
+         type != TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT)) {
+        return owner + " does not hold unsigned integer scalars, as indices must.";
+    }
+    const size_t size = AccessorElementSize(accessor.type, type);
+    indices.assign(accessor.count, 0);
+    if (accessor.bufferView >= 0) {
+        const tinygltf::BufferView& view =
+            model.bufferViews[static_cast<size_t>(accessor.bufferView)];
+        const size_t stride = view.byteStride != 0 ? view.byteStride : size;
+        const unsigned char* start = ViewStart(model, accessor.bufferView, accessor.byteOffset);
+        for (size_t i = 0; i < accessor.count; ++i) {
+            indices[i] = ReadIndex(start + i * stride, type);
+        }
+    }
+    if (accessor.sparse.isSparse) {
+        const auto& sparse = accessor.sparse;
+        const int targetType = sparse.indices.componentType;
+        const size_t targetSize = AccessorElementSize(TINYGLTF_TYPE_SCALAR, targetType);
+        const unsigned char* targets = ViewStart(model, sparse.indices.bufferView,
+                                                 static_cast<size_t>(sparse.indices.byteOffset));
+        const unsigned char* values = ViewStart(model, sparse.values.bufferView,
+                                                static_cast<size_t>(sparse.values.byteOffset));
+        for (size_t i = 0; i < static_cast<size_t>(sparse.count); ++i) {
+            const uint32_t target = ReadIndex(targets + i * targetSize, targetType);
+            if (target >= accessor.count) {
+                return owner + "'s sparse index " + std::to_string(target) + " lies beyond its " +
+                       std::to_string(accessor.count) + " elements.";
+            }
+            indices[target] = ReadIndex(values + i * size, type);
+        }
+    }
+    return {};
+}
+
 }  // namespace railwright::document

@@ -2,6 +2,7 @@
 // (zeros), sparse substitutions, and normalised integer components.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,5 +21,10 @@ enum class ComponentRule {
 // a sparse index beyond the accessor's elements, a number that is not finite).
 [[nodiscard]] std::string ReadAccessor(const tinygltf::Model& model, int index, int components,
                                        ComponentRule rule, std::vector<float>& values);
+
+// Reads index accessor `index` (scalar unsigned bytes, shorts or ints, sparse substitutions
+// applied) of a model that ValidateModel accepted. Empty on success; otherwise the fault.
+[[nodiscard]] std::string ReadIndices(const tinygltf::Model& model, int index,
+                                      std::vector<uint32_t>& indices);
 
 }  // namespace railwright::document

@@ -8,10 +8,11 @@
 //    name is the node's name; a node without one is "Node<index>". Its local transform comes
 //    from the node's matrix or translation, rotation and scale.
 //  - a node's mesh is one shape of its group: the positions of all its primitives, in the
-//    node's frame (a skinned mesh in its bind pose). The shape's material holder is named after
-//    the mesh ("Mesh<index>" when it has no name) and holds one material per distinct material
-//    of the primitives, in order. One glTF material is one material of the scene, shared by
-//    every holder that uses it; primitives without a material share one default material.
+//    node's frame (a skinned mesh in its bind pose), with their surface (MeshSurface.h). The
+//    shape's material holder is named after the mesh ("Mesh<index>" when it has no name) and
+//    holds one material per distinct material of the primitives, in order. One glTF material
+//    is one material of the scene, shared by every holder that uses it; primitives without a
+//    material share one default material.
 //  - a material's texture file is the file of its base colour image, the further maps those of
 //    its normal, occlusion, emissive and metallic-roughness images. An image file is its URI
 //    percent-decoded and resolved against the model's folder (URIs with a scheme are kept as
@@ -29,6 +30,7 @@
 #include "document/DocumentState.h"
 #include "document/Files.h"
 #include "document/GltfContainer.h"
+#include "document/MeshSurface.h"
 #include "document/TinyGltfReader.h"
 #include "document/Uri.h"
 #include "document/Validation.h"
@@ -94,7 +96,6 @@ class SceneMapper {
   private:
     void NameImages();
     std::string AddGroup(int nodeIndex, Node& parent);
-    std::string MeshVertices(int meshIndex, std::vector<Vector3>& vertices);
     std::string AddMaterial(int index, SceneSelection& holder);
     std::string TextureFile(int textureIndex) const;
 
@@ -236,47 +237,30 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
         }
     }
     if (node.mesh >= 0) {
-        std::vector<Vector3> vertices;
-        if (std::string fault = MeshVertices(node.mesh, vertices); !fault.empty()) {
-            return fault;
-        }
         const tinygltf::Mesh& mesh = model_.meshes[static_cast<size_t>(node.mesh)];
         const std::shared_ptr<SceneSelection> holder = state_.host.model->AddMaterialHolder(
             NameOf(Element(state_.json, "meshes", static_cast<size_t>(node.mesh)),
                    "Mesh" + std::to_string(node.mesh)));
         std::vector<int> held;
+        std::vector<int32_t> slots;  // per primitive, its material's place in the holder
         for (const tinygltf::Primitive& primitive : mesh.primitives) {
-            if (std::find(held.begin(), held.end(), primitive.material) == held.end()) {
+            auto slot = std::find(held.begin(), held.end(), primitive.material);
+            if (slot == held.end()) {
                 held.push_back(primitive.material);
+                slot = held.end() - 1;
                 if (std::string fault = AddMaterial(primitive.material, *holder); !fault.empty()) {
                     return fault;
                 }
             }
+            slots.push_back(static_cast<int32_t>(slot - held.begin()));
         }
-        group->AddShape({std::move(vertices), holder});
+        host::scene::Shape shape{{}, holder};
+        if (std::string fault = ReadMeshSurface(model_, node.mesh, slots, shape); !fault.empty()) {
+            return fault;
+        }
+        group->AddShape(std::move(shape));
     }
     state_.groups.push_back({group, nodeIndex, name, local, group->Keys(), node.children});
-    return {};
-}
-
-std::string SceneMapper::MeshVertices(int meshIndex, std::vector<Vector3>& vertices) {
-    const tinygltf::Mesh& mesh = model_.meshes[static_cast<size_t>(meshIndex)];
-    std::vector<float> positions;
-    for (size_t p = 0; p < mesh.primitives.size(); ++p) {
-        const auto position = mesh.primitives[p].attributes.find("POSITION");
-        if (position == mesh.primitives[p].attributes.end()) {
-            continue;
-        }
-        if (std::string fault =
-                ReadAccessor(model_, position->second, 3, ComponentRule::FloatOnly, positions);
-            !fault.empty()) {
-            return "mesh " + std::to_string(meshIndex) + Quoted(mesh.name) + " primitive " +
-                   std::to_string(p) + " has positions that cannot be used: " + fault;
-        }
-        for (size_t i = 0; i + 2 < positions.size(); i += 3) {
-            vertices.push_back({positions[i], positions[i + 1], positions[i + 2]});
-        }
-    }
     return {};
 }
 

@@ -17,10 +17,31 @@ namespace railwright::host::scene {
 
 class Model;
 
-// One mesh piece: vertices in its group's frame, and the holder of its materials.
+// A texture coordinate as glTF gives it: u to the right, v downwards from the image's top.
+struct TexCoord {
+    float u = 0;
+    float v = 0;
+    bool operator==(const TexCoord&) const = default;
+};
+
+// The triangles of one material of a shape: three corners per triangle, each an index into the
+// shape's vertices, counter-clockwise seen from the front.
+struct TriangleSet {
+    int32_t material = 0;  // index into the holder's materials
+    std::vector<uint32_t> corners{};
+    bool operator==(const TriangleSet&) const = default;
+};
+
+// One mesh piece: vertices in its group's frame, and the holder of its materials. The surface
+// data is optional: a shape without triangles has vertices only (they still count for bounds);
+// normals and texture coordinates are empty or hold one entry per vertex, and a zero normal
+// means that the surface has none there.
 struct Shape {
     std::vector<Vector3> vertices;
     std::shared_ptr<SceneSelection> holder;  // may be null: a shape without materials
+    std::vector<Vector3> normals{};
+    std::vector<TexCoord> texCoords{};
+    std::vector<TriangleSet> triangles{};
 };
 
 // An animation key: the group's pose at `time`, relative to its parent. The key replaces the

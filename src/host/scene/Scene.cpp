@@ -31,6 +31,19 @@ std::vector<Vector3> BoxCorners(Vector3 min, Vector3 max) {
     return corners;
 }
 
+// The twelve triangles of the box's six faces over the corners of BoxCorners (corner index
+// x * 4 + y * 2 + z), counter-clockwise seen from outside.
+std::vector<TriangleSet> BoxFaces() {
+    constexpr uint32_t kQuads[6][4] = {{0, 1, 3, 2}, {4, 6, 7, 5}, {0, 4, 5, 1},
+                                       {2, 3, 7, 6}, {4, 0, 2, 6}, {7, 3, 1, 5}};
+    TriangleSet faces;
+    for (const auto& quad : kQuads) {
+        faces.corners.insert(faces.corners.end(),
+                             {quad[0], quad[1], quad[2], quad[0], quad[2], quad[3]});
+    }
+    return {faces};
+}
+
 }  // namespace
 
 Scene Scene::Create(const std::string& rootName) {
@@ -89,14 +102,21 @@ SceneBuilder& SceneBuilder::Box(Vector3 min, Vector3 max, const std::string& tex
 }
 
 SceneBuilder& SceneBuilder::Box(Vector3 min, Vector3 max, const MaterialProperties& material) {
-    return Shape(current_->NameValue(), BoxCorners(min, max), material);
+    scene::Shape box{BoxCorners(min, max), nullptr};
+    box.triangles = BoxFaces();
+    return Mesh(current_->NameValue(), std::move(box), material);
 }
 
 SceneBuilder& SceneBuilder::Shape(const std::string& holderName, std::vector<Vector3> vertices,
                                   const MaterialProperties& material) {
-    std::shared_ptr<SceneSelection> holder = scene_.model->AddMaterialHolder(holderName);
-    lastMaterial_ = holder->AddMaterial(material);
-    current_->AddShape({std::move(vertices), std::move(holder)});
+    return Mesh(holderName, {std::move(vertices), nullptr}, material);
+}
+
+SceneBuilder& SceneBuilder::Mesh(const std::string& holderName, scene::Shape shape,
+                                 const MaterialProperties& material) {
+    shape.holder = scene_.model->AddMaterialHolder(holderName);
+    lastMaterial_ = shape.holder->AddMaterial(material);
+    current_->AddShape(std::move(shape));
     return *this;
 }
 

@@ -52,14 +52,18 @@ public:
     SceneBuilder& At(float x, float y, float z);
     SceneBuilder& Rotated(float x, float y, float z);
     SceneBuilder& Scaled(float x, float y, float z);
-    // A shape of the current group: the eight corners of the box, in the group's frame, with a
-    // material holder named after the group holding one material.
+    // A shape of the current group: the eight corners of the box, in the group's frame, and its
+    // twelve triangles, with a material holder named after the group holding one material.
     SceneBuilder& Box(Vector3 min, Vector3 max, const std::string& textureFile = "");
     SceneBuilder& Box(Vector3 min, Vector3 max, const MaterialProperties& material);
     // A shape of the current group with these vertices and a holder of its own with one
     // material.
     SceneBuilder& Shape(const std::string& holderName, std::vector<Vector3> vertices,
                         const MaterialProperties& material = {});
+    // A shape of the current group as given (vertices, surface), with a holder of its own
+    // holding one material; any holder the shape names is replaced.
+    SceneBuilder& Mesh(const std::string& holderName, scene::Shape shape,
+                       const MaterialProperties& material = {});
     // One more material in the holder of the last shape.
     SceneBuilder& Material(const MaterialProperties& material);
     // A value of a custom group field of the current group; the field is defined if missing.
