@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
+#include <regex>
 #include <sstream>
 
 #include "cli/Command.h"
 #include "document/Document.h"
+#include "document/shape/ShapeReader.h"
 #include "support/posix/TempFolder.h"
 
 namespace railwright::cli {
@@ -137,6 +141,68 @@ TEST_F(SampleRun, WritesTheMstsTrainsetAndSavesTheIdentifiedModel) {
     EXPECT_EQ(names, (std::vector<std::string>{"Sample Diesel", "Main", "Bogie1", "Wheels11",
                                                "Wheels12", "Bogie2", "Wheels21", "Wheels22"}));
     EXPECT_EQ(saved.document->UserDataLongs().at(33), 818);
+}
+
+// The report's lines "Level N (to D m): S sub-objects, V vertices, T triangles, C draw calls",
+// as numbers.
+std::vector<std::array<size_t, 4>> ReportedLevels(const std::string& report) {
+    std::vector<std::array<size_t, 4>> levels;
+    const std::regex line(R"(Level \d+ \(to [\d.]+ m\): ([\d,]+) sub-objects?, ([\d,]+) vert(?:ex|ices), )"
+                          R"(([\d,]+) triangles?, ([\d,]+) draw calls?)");
+    const auto number = [](std::string text) {
+        text.erase(std::remove(text.begin(), text.end(), ','), text.end());
+        return static_cast<size_t>(std::stoull(text));
+    };
+    for (auto match = std::sregex_iterator(report.begin(), report.end(), line);
+         match != std::sregex_iterator(); ++match) {
+        levels.push_back({number((*match)[1]), number((*match)[2]), number((*match)[3]),
+                          number((*match)[4])});
+    }
+    return levels;
+}
+
+TEST_F(SampleRun, WritesTheShapeInUnicodeWithAReportThatAgreesWithIt) {
+    // The sample's script with "Automatically Simplified Distance Levels" chosen on the export
+    // preferences page (the page after the picks).
+    nlohmann::json script =
+        nlohmann::json::parse(testing::GetFile(std::string(RAILWRIGHT_SOURCE_DIR) + "/examples/diesel.json"));
+    auto& events = script["events"];
+    size_t lastPick = 0;
+    for (size_t i = 0; i < events.size(); ++i) {
+        lastPick = events[i].contains("pick") ? i : lastPick;
+    }
+    const nlohmann::json choice = {{"click", "optDistanceLevels"}, {"index", 1}};
+    events.insert(events.begin() + static_cast<std::ptrdiff_t>(lastPick + 2), choice);
+    const Result result = Apply(Script(script.dump()));
+    ASSERT_EQ(result.status, kExitSuccess) << result.err;
+
+    const fs::path trainset = fs::path(folder_ / "documents") / "TRAINS" / "TRAINSET" / "SAMPLEDIESEL";
+    const std::string bytes = testing::GetFile((trainset / "samplediesel.s").string());
+    ASSERT_GE(bytes.size(), 2u);
+    EXPECT_EQ(bytes.substr(0, 2), std::string("\xFF\xFE"));
+    const document::shape::testing::ReadShape shape = document::shape::testing::ReadShapeFile(bytes);
+    ASSERT_EQ(shape.error, "");
+    EXPECT_EQ(shape.matrixNames, (std::vector<std::string>{"MAIN", "BOGIE1", "WHEELS11", "WHEELS12",
+                                                           "BOGIE2", "WHEELS21", "WHEELS22"}));
+    EXPECT_EQ(shape.hierarchy, (std::vector<int32_t>{-1, 0, 1, 1, 0, 4, 4}));
+    EXPECT_EQ(shape.images, (std::vector<std::string>{"body.ace", "bogie.ace", "wheel.ace"}));
+    ASSERT_EQ(shape.levels.size(), 3u);
+
+    // The report is printed and written beside the shape, and its counts are the file's.
+    const std::string report = testing::GetFile((trainset / "samplediesel-report.txt").string());
+    EXPECT_NE(result.out.find(report), std::string::npos) << result.out;
+    EXPECT_NE(report.find("Distance levels: automatically simplified"), std::string::npos) << report;
+    const auto reported = ReportedLevels(report);
+    ASSERT_EQ(reported.size(), shape.levels.size()) << report;
+    for (size_t i = 0; i < reported.size(); ++i) {
+        const auto& level = shape.levels[i];
+        EXPECT_EQ(reported[i], (std::array<size_t, 4>{level.subObjects, level.vertices,
+                                                      level.triangles, level.drawCalls}))
+            << report;
+    }
+    document::LoadResult saved = document::Document::Load(Model());
+    ASSERT_TRUE(saved.document) << saved.error;
+    EXPECT_EQ(saved.document->UserDataLongs().at(30), 1);
 }
 
 TEST_F(SampleRun, RefusesAScriptThatCannotBeReplayedAndLeavesTheModelAlone) {
