@@ -51,7 +51,8 @@ Shape Panel(int panel) {
             const float z = z0 + 0.2f * static_cast<float>(j) / kRows;
             shape.vertices.push_back({1.5f * std::cos(angle), 2 + 1.5f * std::sin(angle), z});
             shape.normals.push_back({std::cos(angle), std::sin(angle), 0});
-            shape.texCoords.push_back({static_cast<float>(i) / kColumns, static_cast<float>(j) / kRows});
+            shape.texCoords.push_back(
+                {static_cast<float>(i) / kColumns, static_cast<float>(j) / kRows});
         }
     }
     shape.triangles.resize(kMaterials);
@@ -74,7 +75,8 @@ const Scene& Locomotive() {
         SceneBuilder builder("Locomotive");
         builder.Group("Main");
         for (int p = 0; p < kPanels; ++p) {
-            builder.Group("Panel" + std::to_string(p), "Main").Mesh("Panel", Panel(p), {"body.tga"});
+            builder.Group("Panel" + std::to_string(p), "Main")
+                .Mesh("Panel", Panel(p), {"body.tga"});
             for (int m = 1; m < kMaterials; ++m) {
                 builder.Material({"panel" + std::to_string(m) + ".tga"});
             }
@@ -82,7 +84,9 @@ const Scene& Locomotive() {
         for (const int bogie : {1, 2}) {
             const float z = bogie == 1 ? 6.5f : -6.5f;
             const std::string name = "Bogie" + std::to_string(bogie);
-            builder.Group(name, "Main").At(0, 0, z).Box({-1.2f, 0.5f, -2}, {1.2f, 1, 2}, "bogie.tga");
+            builder.Group(name, "Main")
+                .At(0, 0, z)
+                .Box({-1.2f, 0.5f, -2}, {1.2f, 1, 2}, "bogie.tga");
             for (const int axle : {1, 2}) {
                 builder.Group("Wheels" + std::to_string(bogie) + std::to_string(axle), name)
                     .At(0, 0.5f, axle == 1 ? 1.2f : -1.2f)
@@ -124,7 +128,7 @@ BENCHMARK(BM_ShapeText)->Unit(benchmark::kMillisecond);
 
 // A temporary folder removed with everything in it.
 class Scratch {
-public:
+  public:
     Scratch() {
         std::random_device random;
         path_ = fs::temp_directory_path() / ("railwright-bench-shape-" + std::to_string(random()));
@@ -136,7 +140,7 @@ public:
     }
     const fs::path& Path() const { return path_; }
 
-private:
+  private:
     fs::path path_;
 };
 
@@ -196,7 +200,9 @@ void WriteModel(const fs::path& folder) {
     Json accessors = Json::array();
     Json views = Json::array();
     const auto addView = [&](size_t from, int target) {
-        views.push_back({{"buffer", 0}, {"byteOffset", from}, {"byteLength", buffer.size() - from},
+        views.push_back({{"buffer", 0},
+                         {"byteOffset", from},
+                         {"byteLength", buffer.size() - from},
                          {"target", target}});
         return views.size() - 1;
     };
@@ -219,21 +225,28 @@ void WriteModel(const fs::path& folder) {
         }
     }
     const size_t vertexCount = panels.size() * panels[0].vertices.size();
-    accessors.push_back({{"bufferView", addView(positions, 34962)}, {"componentType", 5126},
-                         {"count", vertexCount}, {"type", "VEC3"},
-                         {"min", {low[0], low[1], low[2]}}, {"max", {high[0], high[1], high[2]}}});
+    accessors.push_back({{"bufferView", addView(positions, 34962)},
+                         {"componentType", 5126},
+                         {"count", vertexCount},
+                         {"type", "VEC3"},
+                         {"min", {low[0], low[1], low[2]}},
+                         {"max", {high[0], high[1], high[2]}}});
     const size_t normals = buffer.size();
     for (const Shape& panel : panels) {
         Append(buffer, panel.normals.data(), panel.normals.size() * sizeof(panel.normals[0]));
     }
-    accessors.push_back({{"bufferView", addView(normals, 34962)}, {"componentType", 5126},
-                         {"count", vertexCount}, {"type", "VEC3"}});
+    accessors.push_back({{"bufferView", addView(normals, 34962)},
+                         {"componentType", 5126},
+                         {"count", vertexCount},
+                         {"type", "VEC3"}});
     const size_t uvs = buffer.size();
     for (const Shape& panel : panels) {
         Append(buffer, panel.texCoords.data(), panel.texCoords.size() * sizeof(panel.texCoords[0]));
     }
-    accessors.push_back({{"bufferView", addView(uvs, 34962)}, {"componentType", 5126},
-                         {"count", vertexCount}, {"type", "VEC2"}});
+    accessors.push_back({{"bufferView", addView(uvs, 34962)},
+                         {"componentType", 5126},
+                         {"count", vertexCount},
+                         {"type", "VEC2"}});
     Json primitives = Json::array();
     for (int m = 0; m < kMaterials; ++m) {
         const size_t indices = buffer.size();
@@ -246,8 +259,10 @@ void WriteModel(const fs::path& folder) {
                 ++count;
             }
         }
-        accessors.push_back({{"bufferView", addView(indices, 34963)}, {"componentType", 5125},
-                             {"count", count}, {"type", "SCALAR"}});
+        accessors.push_back({{"bufferView", addView(indices, 34963)},
+                             {"componentType", 5125},
+                             {"count", count},
+                             {"type", "SCALAR"}});
         primitives.push_back({{"attributes", {{"POSITION", 0}, {"NORMAL", 1}, {"TEXCOORD_0", 2}}},
                               {"indices", accessors.size() - 1},
                               {"material", m}});
@@ -263,37 +278,48 @@ void WriteModel(const fs::path& folder) {
                 }
             }
         }
-        accessors.push_back({{"bufferView", addView(from, 34962)}, {"componentType", 5126},
-                             {"count", 8}, {"type", "VEC3"}, {"min", {-sx, -sy, -sz}},
+        accessors.push_back({{"bufferView", addView(from, 34962)},
+                             {"componentType", 5126},
+                             {"count", 8},
+                             {"type", "VEC3"},
+                             {"min", {-sx, -sy, -sz}},
                              {"max", {sx, sy, sz}}});
         const size_t indices = buffer.size();
-        for (const uint32_t corner : {0u, 1u, 3u, 0u, 3u, 2u, 4u, 6u, 7u, 4u, 7u, 5u, 0u, 4u, 5u,
-                                      0u, 5u, 1u, 2u, 3u, 7u, 2u, 7u, 6u, 4u, 0u, 2u, 4u, 2u, 6u,
-                                      7u, 3u, 1u, 7u, 1u, 5u}) {
+        for (const uint32_t corner :
+             {0u, 1u, 3u, 0u, 3u, 2u, 4u, 6u, 7u, 4u, 7u, 5u, 0u, 4u, 5u, 0u, 5u, 1u,
+              2u, 3u, 7u, 2u, 7u, 6u, 4u, 0u, 2u, 4u, 2u, 6u, 7u, 3u, 1u, 7u, 1u, 5u}) {
             Append(buffer, &corner, sizeof corner);
         }
-        accessors.push_back({{"bufferView", addView(indices, 34963)}, {"componentType", 5125},
-                             {"count", 36}, {"type", "SCALAR"}});
+        accessors.push_back({{"bufferView", addView(indices, 34963)},
+                             {"componentType", 5125},
+                             {"count", 36},
+                             {"type", "SCALAR"}});
         return accessors.size() - 2;
     };
     const size_t bogieBox = box(1.2f, 0.25f, 2);
     const size_t wheelBox = box(0.8f, 0.5f, 0.5f);
-    const Json meshes = {
-        {{"name", "BodyShape"}, {"primitives", primitives}},
-        {{"name", "BogieShape"},
-         {"primitives", {{{"attributes", {{"POSITION", bogieBox}}}, {"indices", bogieBox + 1}, {"material", 4}}}}},
-        {{"name", "WheelsetShape"},
-         {"primitives", {{{"attributes", {{"POSITION", wheelBox}}}, {"indices", wheelBox + 1}, {"material", 5}}}}}};
+    const Json meshes = {{{"name", "BodyShape"}, {"primitives", primitives}},
+                         {{"name", "BogieShape"},
+                          {"primitives",
+                           {{{"attributes", {{"POSITION", bogieBox}}},
+                             {"indices", bogieBox + 1},
+                             {"material", 4}}}}},
+                         {{"name", "WheelsetShape"},
+                          {"primitives",
+                           {{{"attributes", {{"POSITION", wheelBox}}},
+                             {"indices", wheelBox + 1},
+                             {"material", 5}}}}}};
     Json materials = Json::array();
     Json textures = Json::array();
     Json images = Json::array();
-    const char* files[] = {"body.tga", "panel1.tga", "panel2.tga", "panel3.tga", "bogie.tga", "wheel.tga"};
+    const char* files[] = {"body.tga",   "panel1.tga", "panel2.tga",
+                           "panel3.tga", "bogie.tga",  "wheel.tga"};
     for (size_t i = 0; i < std::size(files); ++i) {
         WriteFile(folder / files[i], SmallTga());
         images.push_back({{"uri", files[i]}});
         textures.push_back({{"source", i}});
-        materials.push_back({{"name", files[i]},
-                             {"pbrMetallicRoughness", {{"baseColorTexture", {{"index", i}}}}}});
+        materials.push_back(
+            {{"name", files[i]}, {"pbrMetallicRoughness", {{"baseColorTexture", {{"index", i}}}}}});
     }
     Json model;
     model["asset"] = {{"version", "2.0"}};
@@ -334,7 +360,8 @@ void BM_ApplyTheSampleScript(benchmark::State& state) {
     WriteMsts(scratch.Path() / "msts");
     const std::string pristine = (model / "diesel.gltf").string();
     std::ifstream original(pristine, std::ios::binary);
-    const std::string gltf((std::istreambuf_iterator<char>(original)), std::istreambuf_iterator<char>());
+    const std::string gltf((std::istreambuf_iterator<char>(original)),
+                           std::istreambuf_iterator<char>());
     for (auto _ : state) {
         state.PauseTiming();
         WriteFile(model / "diesel.gltf", gltf);  // the model as it was before identification

@@ -42,7 +42,9 @@ std::vector<uint32_t> Triangles(int mode, const std::vector<uint32_t>& indices) 
     return corners;
 }
 
-std::string Quoted(const std::string& name) { return name.empty() ? "" : " \"" + name + "\""; }
+std::string Quoted(const std::string& name) {
+    return name.empty() ? "" : " \"" + name + "\"";
+}
 
 }  // namespace
 
@@ -75,7 +77,8 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         const size_t count = positions.size() / 3;
         const size_t base = shape.vertices.size();
         for (size_t i = 0; i < count; ++i) {
-            shape.vertices.push_back({positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
+            shape.vertices.push_back(
+                {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
         }
 
         normals.clear();
@@ -93,16 +96,16 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         }
         shape.normals.resize(base);
         for (size_t i = 0; i < count; ++i) {
-            shape.normals.push_back(normals.empty() ? host::Vector3{}
-                                                    : host::Vector3{normals[3 * i],
-                                                                    normals[3 * i + 1],
-                                                                    normals[3 * i + 2]});
+            shape.normals.push_back(
+                normals.empty()
+                    ? host::Vector3{}
+                    : host::Vector3{normals[3 * i], normals[3 * i + 1], normals[3 * i + 2]});
         }
 
         texCoords.clear();
         if (const int texCoord = attribute("TEXCOORD_0"); texCoord >= 0) {
-            if (std::string fault = ReadAccessor(model, texCoord, 2,
-                                                 ComponentRule::FloatOrNormalized, texCoords);
+            if (std::string fault =
+                    ReadAccessor(model, texCoord, 2, ComponentRule::FloatOrNormalized, texCoords);
                 !fault.empty()) {
                 return owner + " has texture coordinates that cannot be used: " + fault;
             }
@@ -114,10 +117,9 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         }
         shape.texCoords.resize(base);
         for (size_t i = 0; i < count; ++i) {
-            shape.texCoords.push_back(texCoords.empty() ? host::scene::TexCoord{}
-                                                        : host::scene::TexCoord{
-                                                              texCoords[2 * i],
-                                                              texCoords[2 * i + 1]});
+            shape.texCoords.push_back(
+                texCoords.empty() ? host::scene::TexCoord{}
+                                  : host::scene::TexCoord{texCoords[2 * i], texCoords[2 * i + 1]});
         }
 
         if (primitive.indices >= 0) {
@@ -127,8 +129,8 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
             }
             for (const uint32_t index : indices) {
                 if (index >= count) {
-                    return owner + " has an index (" + std::to_string(index) +
-                           ") past its " + std::to_string(count) + " vertices.";
+                    return owner + " has an index (" + std::to_string(index) + ") past its " +
+                           std::to_string(count) + " vertices.";
                 }
             }
         } else {

@@ -32,7 +32,8 @@ DistanceLevelChoice DistanceLevelsFor(int32_t setting) {
         case kNoDistanceLevels:
             return {"none", {{kFarthest, 0, 0}}};
         case kAutomaticallySimplified:
-            return {"automatically simplified", {{200, 0, 0}, {600, 0.2f, 0}, {kFarthest, 0.6f, 0}}};
+            return {"automatically simplified",
+                    {{200, 0, 0}, {600, 0.2f, 0}, {kFarthest, 0.6f, 0}}};
         case kStandard:
             return {"standard", {{200, 0, 0}, {600, 0, 0.3f}, {kFarthest, 0, 1}}};
         case kCustom:
@@ -124,7 +125,8 @@ std::vector<Batch> ReduceForLevel(const std::vector<Batch>& full, const LevelPla
             const uint32_t b = cellOf[batch.corners[t + 1]];
             const uint32_t c = cellOf[batch.corners[t + 2]];
             if (a != b && b != c && a != c) {
-                out.corners.insert(out.corners.end(), batch.corners.begin() + static_cast<std::ptrdiff_t>(t),
+                out.corners.insert(out.corners.end(),
+                                   batch.corners.begin() + static_cast<std::ptrdiff_t>(t),
                                    batch.corners.begin() + static_cast<std::ptrdiff_t>(t + 3));
             }
         }

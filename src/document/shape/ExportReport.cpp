@@ -21,7 +21,8 @@ std::string Counted(size_t count, std::string_view one, std::string_view many) {
 
 std::string Metres(float value) {
     char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
     return std::string(buffer, result.ptr) + " m";
 }
 
@@ -63,8 +64,8 @@ ShapeReport Summarize(const ShapeData& shape) {
 }
 
 std::string ReportText(const ShapeReport& report) {
-    std::string text = "Shape \"" + report.shapeFile + "\": " + Grouped(report.textBytes) +
-                       " bytes of text\n";
+    std::string text =
+        "Shape \"" + report.shapeFile + "\": " + Grouped(report.textBytes) + " bytes of text\n";
     text += "Distance levels: " + report.distanceLevels + "\n";
     List(text, "Matrices", report.matrices);
     text += "Animated matrices: " + std::to_string(report.animatedMatrices) + "\n";

@@ -13,8 +13,8 @@ constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();
 GeometryPacker::GeometryPacker(ShapeData& shape) : shape_(shape) {}
 
 uint32_t GeometryPacker::PointIndex(const float* p) {
-    const auto [index, added] =
-        points_.FindOrInsert(FloatKey(p[0], p[1], p[2]), static_cast<uint32_t>(shape_.points.size()));
+    const auto [index, added] = points_.FindOrInsert(FloatKey(p[0], p[1], p[2]),
+                                                     static_cast<uint32_t>(shape_.points.size()));
     if (added) {
         shape_.points.push_back({p[0], p[1], p[2]});
     }

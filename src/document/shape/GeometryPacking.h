@@ -23,13 +23,13 @@ inline constexpr uint32_t kSubObjectVertexLimit = 15000;
 inline constexpr uint32_t kPrimitiveTriangleLimit = 8000;
 
 class GeometryPacker {
-public:
+  public:
     explicit GeometryPacker(ShapeData& shape);
 
     // The sub-objects of one distance level: the batches' triangles, in their order.
     std::vector<SubObject> Pack(const std::vector<Batch>& batches);
 
-private:
+  private:
     uint32_t PointIndex(const float* position);
     uint32_t NormalIndex(const float* normal);
     uint32_t UvPointIndex(float u, float v);

@@ -30,7 +30,7 @@ inline Key3 FloatKey(float x, float y, float z) {
 }
 
 class KeyTable {
-public:
+  public:
     explicit KeyTable(size_t expected = 64) { Rehash(CapacityFor(expected)); }
 
     // The value kept for `key`; when there is none, `value` is kept and returned, and the second
@@ -65,7 +65,7 @@ public:
 
     size_t Size() const { return size_; }
 
-private:
+  private:
     struct Slot {
         Key3 key;
         uint32_t value = 0;

@@ -17,9 +17,9 @@ using host::scene::Vec3;
 
 // What may follow a part name's stem.
 enum class Tail {
-    None,              // the stem is the whole name
-    Number,            // one or more digits
-    NumberAndLetter,   // digits, then at most one letter (pantographs of three arms)
+    None,             // the stem is the whole name
+    Number,           // one or more digits
+    NumberAndLetter,  // digits, then at most one letter (pantographs of three arms)
 };
 
 struct PartName {
@@ -50,8 +50,12 @@ constexpr std::array<PartName, 15> kNamedParts{{
 // swivel about their centre, and the main wheel link is carried round with the drive wheel.
 constexpr std::array<std::string_view, 3> kCentredStems{"WHEELS", "BOGIE", "MAIN_WHEEL_LINK"};
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
 
 bool TailMatches(std::string_view tail, Tail rule) {
     if (rule == Tail::None) {
@@ -69,9 +73,8 @@ bool TailMatches(std::string_view tail, Tail rule) {
 }
 
 bool IsCentred(std::string_view upperName) {
-    return std::any_of(kCentredStems.begin(), kCentredStems.end(), [upperName](auto stem) {
-        return upperName.substr(0, stem.size()) == stem;
-    });
+    return std::any_of(kCentredStems.begin(), kCentredStems.end(),
+                       [upperName](auto stem) { return upperName.substr(0, stem.size()) == stem; });
 }
 
 bool IsPlaceholder(const Node& group) {
@@ -97,9 +100,9 @@ double LargestScale(const Affine& frame) {
 // A group of the tree as the walk meets it.
 struct Visit {
     const Node* group = nullptr;
-    Affine world;         // its frame in the root frame
-    Affine parentWorld;   // its scene parent's frame in the root frame
-    int32_t matrix = 0;   // the matrix its geometry goes into
+    Affine world;        // its frame in the root frame
+    Affine parentWorld;  // its scene parent's frame in the root frame
+    int32_t matrix = 0;  // the matrix its geometry goes into
 };
 
 // The centre of the geometry that goes into `matrix`, in the frame of the matrix's group.

@@ -65,10 +65,10 @@ std::optional<Animation> BuildAnimation(const MatrixPlan& plan) {
         for (const auto& [frame, pose] : poses) {
             node.rotations.push_back(
                 FileRotation(frame, host::scene::SplitRotation(pose.linear).rotation));
-            node.positions.push_back({frame,
-                                      {static_cast<float>(-pose.translation.x),
-                                       static_cast<float>(pose.translation.y),
-                                       static_cast<float>(pose.translation.z)}});
+            node.positions.push_back(
+                {frame,
+                 {static_cast<float>(-pose.translation.x), static_cast<float>(pose.translation.y),
+                  static_cast<float>(pose.translation.z)}});
             animation.frameCount = std::max(animation.frameCount, frame);
         }
     }

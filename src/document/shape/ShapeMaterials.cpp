@@ -98,9 +98,9 @@ void AssignMaterials(const host::scene::FieldSlots& materialFields, size_t matri
                 state.zBias = AlphaPriority(materialFields, *batch.material);
             }
         }
-        state.shader = IndexIn(shape.shaders, std::string(use == AlphaUse::Translucency
-                                                              ? kBlendedShader
-                                                              : kLitShader));
+        state.shader =
+            IndexIn(shape.shaders,
+                    std::string(use == AlphaUse::Translucency ? kBlendedShader : kLitShader));
         state.alphaTestMode = use == AlphaUse::Transparency ? kAlphaTest : 0;
         const Key key{state.shader, state.texture, state.zBias, state.vtxState,
                       state.alphaTestMode};

@@ -29,7 +29,7 @@ constexpr size_t kTrianglesPerLine = 16;
 
 // Text appended piece by piece; every line ends with CR LF.
 class Text {
-public:
+  public:
     Text& Tabs(int depth) {
         bytes_.append(static_cast<size_t>(depth), '\t');
         return *this;
@@ -99,10 +99,12 @@ public:
 
     std::string& Bytes() { return bytes_; }
 
-private:
+  private:
     std::string bytes_;
 };
 
+// The writers below keep one line of the file to one statement.
+// clang-format off
 void WriteVector(Text& text, const Float3& v) {
     text.Number(v.x).Space().Number(v.y).Space().Number(v.z);
 }
@@ -160,7 +162,8 @@ void WriteLists(Text& text, const ShapeData& shape) {
     text.Close(1);
     text.Open(1, "textures", shape.images.size());
     for (size_t i = 0; i < shape.images.size(); ++i) {
-        text.Tabs(2).Put("texture ( ").Int(i).Put(" 0 0 ").Hex(kTextureBorderColour).Put(" )").End();
+        text.Tabs(2).Put("texture ( ").Int(i).Put(" 0 0 ").Hex(kTextureBorderColour)
+            .Put(" )").End();
     }
     text.Close(1);
     text.Tabs(1).Put("light_materials ( 0 )").End();
@@ -173,8 +176,8 @@ void WriteLists(Text& text, const ShapeData& shape) {
     text.Close(1);
     text.Open(1, "vtx_states", shape.vtxStates.size());
     for (const int32_t matrix : shape.vtxStates) {
-        text.Tabs(2).Put("vtx_state ( ").Hex(0).Space().Int(matrix).Space().Int(kNormalLightMaterial)
-            .Put(" 0 ").Hex(kVtxStateLightFlags).Put(" )").End();
+        text.Tabs(2).Put("vtx_state ( ").Hex(0).Space().Int(matrix).Space()
+            .Int(kNormalLightMaterial).Put(" 0 ").Hex(kVtxStateLightFlags).Put(" )").End();
     }
     text.Close(1);
     text.Open(1, "prim_states", shape.primStates.size());
@@ -208,7 +211,8 @@ void WriteSubObjectHeader(Text& text, const ShapeData& shape, const SubObject& s
     int32_t previous = -1;
     for (const Primitive& primitive : sub.primitives) {
         const PrimState& state = shape.primStates[static_cast<size_t>(primitive.primState)];
-        Node& node = nodes[static_cast<size_t>(shape.vtxStates[static_cast<size_t>(state.vtxState)])];
+        const int32_t matrix = shape.vtxStates[static_cast<size_t>(state.vtxState)];
+        Node& node = nodes[static_cast<size_t>(matrix)];
         ++node.trilists;
         node.triangles += primitive.TriangleCount();
         triangles += primitive.TriangleCount();
@@ -355,12 +359,14 @@ void WriteLevels(Text& text, const ShapeData& shape) {
 
 void WriteAnimation(Text& text, const ShapeData& shape, const Animation& animation) {
     text.Open(1, "animations", 1);
-    text.Tabs(2).Put("animation ( ").Int(animation.frameCount).Space().Int(animation.frameRate).End();
+    text.Tabs(2).Put("animation ( ").Int(animation.frameCount).Space().Int(animation.frameRate)
+        .End();
     text.Open(3, "anim_nodes", animation.nodes.size());
     for (size_t m = 0; m < animation.nodes.size(); ++m) {
         const AnimNode& node = animation.nodes[m];
         text.Tabs(4).Put("anim_node ").Name(shape.matrices[m].name).Put(" (").End();
-        const size_t controllers = (node.rotations.empty() ? 0 : 1) + (node.positions.empty() ? 0 : 1);
+        const size_t controllers =
+            (node.rotations.empty() ? 0 : 1) + (node.positions.empty() ? 0 : 1);
         text.Open(5, "controllers", controllers);
         if (!node.rotations.empty()) {
             text.Open(6, "tcb_rot", node.rotations.size());
@@ -386,6 +392,8 @@ void WriteAnimation(Text& text, const ShapeData& shape, const Animation& animati
     text.Close(2);
     text.Close(1);
 }
+
+// clang-format on
 
 }  // namespace
 

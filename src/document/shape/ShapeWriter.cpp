@@ -42,8 +42,8 @@ std::string FilePart(const std::string& path) {
 
 }  // namespace
 
-BuiltShape BuildShape(const host::scene::Node& main,
-                      const host::scene::FieldSlots& materialFields, const ShapeOptions& options) {
+BuiltShape BuildShape(const host::scene::Node& main, const host::scene::FieldSlots& materialFields,
+                      const ShapeOptions& options) {
     BuiltShape built;
     ShapeData& shape = built.data;
 
@@ -91,9 +91,9 @@ ShapeWriteResult WriteShapeFile(support::Platform& platform, const std::string& 
     ShapeWriteResult result;
     try {
         auto* main = dynamic_cast<host::scene::Node*>(&mainGroup);
-        const auto model =
-            main == nullptr ? nullptr
-                            : std::dynamic_pointer_cast<host::scene::Model>(main->SceneGraph());
+        const auto model = main == nullptr
+                               ? nullptr
+                               : std::dynamic_pointer_cast<host::scene::Model>(main->SceneGraph());
         if (main == nullptr || model == nullptr) {
             result.error = shapeFile + ": the group is not one of the model document's";
             return result;

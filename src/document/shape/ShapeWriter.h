@@ -37,8 +37,8 @@ struct [[nodiscard]] BuiltShape {
 
 // The shape of `main` and everything under it. `materialFields` are the model's custom
 // material fields ("Tx Alpha" and "Alpha Pr" are read through them).
-BuiltShape BuildShape(const host::scene::Node& main,
-                      const host::scene::FieldSlots& materialFields, const ShapeOptions& options);
+BuiltShape BuildShape(const host::scene::Node& main, const host::scene::FieldSlots& materialFields,
+                      const ShapeOptions& options);
 
 struct [[nodiscard]] ShapeWriteResult {
     std::string error;   // empty on success; otherwise names the file and the fault

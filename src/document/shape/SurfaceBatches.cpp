@@ -144,8 +144,7 @@ GatherResult GatherBatches(const MatrixPlan& plan) {
                         if (vertex >= count) {
                             result.error = "group \"" + source.group->NameValue() +
                                            "\" has a triangle naming vertex " +
-                                           std::to_string(vertex) + " of " +
-                                           std::to_string(count);
+                                           std::to_string(vertex) + " of " + std::to_string(count);
                             return result;
                         }
                     }

@@ -29,7 +29,7 @@ struct VertexRecord {
 struct Batch {
     int32_t matrix = 0;
     host::scene::SceneMaterial* material = nullptr;  // null: the shape has none
-    int32_t primState = 0;  // filled in by the material table
+    int32_t primState = 0;                           // filled in by the material table
     std::vector<VertexRecord> records;
     std::vector<uint32_t> corners;
     size_t TriangleCount() const { return corners.size() / 3; }

@@ -115,7 +115,7 @@ TEST(ShapeCorpus, TheSteamLocomotiveKeepsItsWheelsAndTurnsItsDriveWheels) {
     const auto main = scene.GroupNamed("Main");
     const ReadShape read = WriteAndRead(*main, *scene.model).read;
     EXPECT_EQ(read.matrixNames, (std::vector<std::string>{"MAIN", "WHEELS1", "WHEELS2", "WHEELS3",
-                                                           "WHEELS11", "WHEELS12"}));
+                                                          "WHEELS11", "WHEELS12"}));
     EXPECT_EQ(read.hierarchy, (std::vector<int32_t>{-1, 0, 0, 0, 0, 0}));
     const std::vector<Triangle> expected = ExpectedTriangles(*main);
     EXPECT_TRUE(SameTriangles(expected, read.levels.at(0).placed, ToleranceFor(expected)));
@@ -141,7 +141,7 @@ TEST(ShapeCorpus, TheCargoWagonIsPlacedExactlyWhateverItsDistanceLevels) {
     for (const int32_t setting : {0, 2}) {
         const ReadShape read = WriteAndRead(*main, *scene.model, setting).read;
         EXPECT_EQ(read.matrixNames, (std::vector<std::string>{"MAIN", "WHEELS11", "WHEELS12",
-                                                               "WHEELS21", "WHEELS22"}));
+                                                              "WHEELS21", "WHEELS22"}));
         const std::vector<Triangle> expected = ExpectedTriangles(*main);
         EXPECT_TRUE(SameTriangles(expected, read.levels.at(0).placed, ToleranceFor(expected)));
         EXPECT_FALSE(read.animated);

@@ -72,7 +72,7 @@ bool IsLabelled(const std::string& name) {
 }
 
 class Parser {
-public:
+  public:
     explicit Parser(std::vector<std::string> tokens) : tokens_(std::move(tokens)) {}
 
     std::shared_ptr<Block> Top() {
@@ -89,7 +89,7 @@ public:
         return top;
     }
 
-private:
+  private:
     void ReadItems(Block& block) {
         while (true) {
             if (at_ >= tokens_.size()) {
@@ -129,7 +129,7 @@ private:
 
 // Reads a block's items in order, as the simulator's reader does.
 class Cursor {
-public:
+  public:
     explicit Cursor(const Block& block) : block_(block) {}
 
     const std::string& Value() {
@@ -211,7 +211,7 @@ public:
     }
     std::string Where() const { return "block " + block_.name; }
 
-private:
+  private:
     const Item& Next(const std::string& what) {
         if (at_ >= block_.items.size()) {
             throw Fault(Where() + " ends where " + what + " was expected");
@@ -240,7 +240,7 @@ std::array<float, 3> ReadVector(const Block& block) {
 // ---- The shape ---------------------------------------------------------------------------
 
 class ShapeWalk {
-public:
+  public:
     explicit ShapeWalk(ReadShape& shape) : shape_(shape) {}
 
     void Walk(const Block& top) {
@@ -373,15 +373,16 @@ public:
         c.End();
     }
 
-private:
+  private:
     void CheckHierarchy(const std::vector<int32_t>& hierarchy) const {
         if (hierarchy.size() != shape_.matrices.size()) {
-            throw Fault("the hierarchy has " + std::to_string(hierarchy.size()) +
-                        " entries for " + std::to_string(shape_.matrices.size()) + " matrices");
+            throw Fault("the hierarchy has " + std::to_string(hierarchy.size()) + " entries for " +
+                        std::to_string(shape_.matrices.size()) + " matrices");
         }
         for (size_t m = 0; m < hierarchy.size(); ++m) {
             size_t steps = 0;
-            for (int32_t at = static_cast<int32_t>(m); at >= 0; at = hierarchy[static_cast<size_t>(at)]) {
+            for (int32_t at = static_cast<int32_t>(m); at >= 0;
+                 at = hierarchy[static_cast<size_t>(at)]) {
                 if (at >= static_cast<int32_t>(hierarchy.size()) || ++steps > hierarchy.size()) {
                     throw Fault("matrix " + std::to_string(m) + " has no way up to a root");
                 }
@@ -493,7 +494,8 @@ private:
             const int64_t start = s.Int();
             const int64_t count = s.Int();
             s.End();
-            if (start != covered || count < 0 || start + count > static_cast<int64_t>(vertices.size())) {
+            if (start != covered || count < 0 ||
+                start + count > static_cast<int64_t>(vertices.size())) {
                 throw Fault("vertex sets that do not run through the vertices in order");
             }
             for (int64_t v = start; v < start + count; ++v) {
@@ -552,8 +554,9 @@ private:
                     if (stateOf[static_cast<size_t>(vertex)] != state.vtxState) {
                         throw Fault("a triangle using a vertex of another matrix's vertex set");
                     }
-                    placed[k] = Place(points_[static_cast<size_t>(vertices[static_cast<size_t>(vertex)].point)],
-                                      matrix);
+                    placed[k] = Place(
+                        points_[static_cast<size_t>(vertices[static_cast<size_t>(vertex)].point)],
+                        matrix);
                 }
                 level.placed.push_back(placed);
             }
@@ -626,7 +629,8 @@ std::string Decode(const std::string& bytes) {
         std::string text;
         for (size_t i = 2; i + 1 < bytes.size(); i += 2) {
             const unsigned code = static_cast<unsigned char>(bytes[i]) |
-                                  static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1])) << 8;
+                                  static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1]))
+                                      << 8;
             text += code < 0x80 ? static_cast<char>(code) : '?';
         }
         return text;

@@ -28,9 +28,9 @@ struct ReadLevel {
     size_t vertices = 0;
     size_t triangles = 0;
     size_t drawCalls = 0;
-    size_t largestSubObject = 0;   // vertices
-    size_t largestTrilist = 0;     // triangles
-    std::vector<Triangle> placed;  // every triangle in the shape's frame (the root's)
+    size_t largestSubObject = 0;          // vertices
+    size_t largestTrilist = 0;            // triangles
+    std::vector<Triangle> placed;         // every triangle in the shape's frame (the root's)
     std::vector<int32_t> primStatesUsed;  // per trilist
 };
 

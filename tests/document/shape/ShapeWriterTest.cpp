@@ -67,7 +67,8 @@ TEST(ShapeWriter, KeepsTheNamedPartsMergesTheRestAndPlacesEveryTriangle) {
     // Five boxes: the placeholder and what lies under it are left out.
     EXPECT_EQ(read.levels[0].triangles, 5u * 12);
     EXPECT_TRUE(SameTriangles(ExpectedTriangles(*main), read.levels[0].placed));
-    EXPECT_EQ(read.images, (std::vector<std::string>{"body.ace", "bogie.ace", "wheel.ace", "rod.ace"}));
+    EXPECT_EQ(read.images,
+              (std::vector<std::string>{"body.ace", "bogie.ace", "wheel.ace", "rod.ace"}));
     // Bogies and wheelsets turn about their origin: it sits at the centre of their geometry.
     EXPECT_EQ(Translation(read, 0), (std::array<float, 3>{0, 0, 0}));
     const auto bogie = Translation(read, 1);
@@ -113,7 +114,12 @@ TEST(ShapeWriter, MaterialsChooseShaderAlphaTestPriorityAndImage) {
     MaterialProperties lamp = texture("Lamp.PNG");
     lamp.translucencyLevel = 1;
     const Case cases[] = {
-        {"Paint", texture("C:\\Models\\Body Paint.TGA"), "None", "0", {0, {}, 0, 0, 0}, "body paint.ace"},
+        {"Paint",
+         texture("C:\\Models\\Body Paint.TGA"),
+         "None",
+         "0",
+         {0, {}, 0, 0, 0},
+         "body paint.ace"},
         {"Grille", texture("grille.tga"), "Transparency", "0", {0, {}, 0, 0, 1}, "grille.ace"},
         {"Glass", texture("glass.tga"), "Translucency", "2", {1, {}, 2, 0, 0}, "glass.ace"},
         {"Lamp", lamp, nullptr, nullptr, {1, {}, 0, 0, 0}, "lamp.ace"},
@@ -157,8 +163,8 @@ host::scene::Shape ManyTriangles(uint32_t triangles, bool shared) {
         shape.vertices.push_back({0, 0, 0});
         for (uint32_t i = 0; i <= triangles; ++i) {
             const double angle = 2 * std::numbers::pi * i / (triangles + 1);
-            shape.vertices.push_back({static_cast<float>(std::cos(angle)),
-                                      static_cast<float>(std::sin(angle)), 0});
+            shape.vertices.push_back(
+                {static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)), 0});
         }
         for (uint32_t i = 1; i <= triangles; ++i) {
             set.corners.insert(set.corners.end(), {0, i, i + 1});
@@ -167,7 +173,8 @@ host::scene::Shape ManyTriangles(uint32_t triangles, bool shared) {
         for (uint32_t i = 0; i < triangles; ++i) {
             const auto x = static_cast<float>(i % 100);
             const auto y = static_cast<float>(i / 100);
-            shape.vertices.insert(shape.vertices.end(), {{x, y, 0}, {x + 0.5f, y, 0}, {x, y + 0.5f, 0}});
+            shape.vertices.insert(shape.vertices.end(),
+                                  {{x, y, 0}, {x + 0.5f, y, 0}, {x, y + 0.5f, 0}});
             set.corners.insert(set.corners.end(), {3 * i, 3 * i + 1, 3 * i + 2});
         }
     }
@@ -315,9 +322,12 @@ TEST(ShapeAnimation, DriveWheelKeysBecomeNodesMatchedToMatricesByIndex) {
     constexpr float kEighthTurn = static_cast<float>(std::numbers::pi / 4);
     SceneBuilder builder;
     builder.Group("Main").Box({-1, 1, -5}, {1, 3, 5}, "body.tga");
-    builder.Group("Wheels1", "Main").At(0, 0.8f, 2).Box({-0.7f, -0.8f, -0.8f}, {0.7f, 0.8f, 0.8f}, "wheel.tga");
+    builder.Group("Wheels1", "Main")
+        .At(0, 0.8f, 2)
+        .Box({-0.7f, -0.8f, -0.8f}, {0.7f, 0.8f, 0.8f}, "wheel.tga");
     for (int t = 0; t <= 8; ++t) {
-        builder.Key(static_cast<float>(t), {0, 0.8f, 2}, {kEighthTurn * static_cast<float>(t % 8), 0, 0});
+        builder.Key(static_cast<float>(t), {0, 0.8f, 2},
+                    {kEighthTurn * static_cast<float>(t % 8), 0, 0});
     }
     builder.Group("Piston", "Main").At(0.9f, 1, 3).Box({0, 0, 0}, {0.1f, 0.1f, 0.5f}, "body.tga");
     const Scene scene = builder.Build();
@@ -397,8 +407,8 @@ TEST(ShapeFile, IsConvertedToUnicodeWithItsReportBeside) {
     const railwright::testing::FakeTools tools(platform.temp / "tools");
     const Scene scene = Vehicle();
     const std::string file = platform.temp / "vehicle.s";
-    const ShapeWriteResult written = WriteShapeFile(platform.platform, tools.Folder(),
-                                                    *scene.GroupNamed("Main"), file, {});
+    const ShapeWriteResult written =
+        WriteShapeFile(platform.platform, tools.Folder(), *scene.GroupNamed("Main"), file, {});
     ASSERT_TRUE(written.Ok()) << written.error;
     const std::string bytes = railwright::testing::GetFile(file);
     ASSERT_GE(bytes.size(), 2u);
@@ -411,8 +421,8 @@ TEST(ShapeFile, IsConvertedToUnicodeWithItsReportBeside) {
               ReportText(written.report));
 
     const std::string nowhere = platform.temp / "no-such-folder/vehicle.s";
-    const ShapeWriteResult refused = WriteShapeFile(platform.platform, tools.Folder(),
-                                                    *scene.GroupNamed("Main"), nowhere, {});
+    const ShapeWriteResult refused =
+        WriteShapeFile(platform.platform, tools.Folder(), *scene.GroupNamed("Main"), nowhere, {});
     EXPECT_FALSE(refused.Ok());
     EXPECT_NE(refused.error.find(nowhere), std::string::npos) << refused.error;
 }
