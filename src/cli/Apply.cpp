@@ -134,7 +134,10 @@ int Apply(const ApplyOptions& options, Console console) {
     scene.application->SetRegistryName(kApplicationName);
     scene.application->SetModelFolder(
         document::Utf8FromPath(document::PathFromUtf8(model.Path()).parent_path()));
-    scene.application->SetToolsFolder(support::JoinPath(tools, ""));
+    // The tools' command lines name the tools folder unquoted: its short form has no blanks.
+    const std::string toolsShort = platform.files.ShortPath(tools);
+    const std::string toolsFolder = support::JoinPath(toolsShort.empty() ? tools : toolsShort, "");
+    scene.application->SetToolsFolder(toolsFolder);
     scene.application->SetDocumentsFolder(options.documents.empty()
                                               ? platform.system.DocumentsFolder()
                                               : options.documents);
@@ -149,7 +152,7 @@ int Apply(const ApplyOptions& options, Console console) {
         const document::shape::ShapeOptions shapeOptions{
             longs.size() > kDistanceLevelsLong ? longs[kDistanceLevelsLong] : 0};
         const document::shape::ShapeWriteResult written = document::shape::WriteShapeFile(
-            platform, support::JoinPath(tools, ""), mainGroup, file, shapeOptions);
+            platform, toolsFolder, mainGroup, file, shapeOptions);
         if (!written.Ok()) {
             err << "railwright: cannot write the shape: " << written.error << '\n';
             return false;
