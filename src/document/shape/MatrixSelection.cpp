@@ -174,7 +174,7 @@ MatrixPlan PlanMatrices(const Node& main) {
         const Pending next = pending.back();
         pending.pop_back();
         const Node& group = *next.group;
-        if (IsPlaceholder(group)) {
+        if (&group != &main && IsPlaceholder(group)) {
             continue;
         }
         Visit visit{&group, next.parentWorld * group.LocalTransform(), next.parentWorld,
