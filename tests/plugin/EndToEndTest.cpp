@@ -124,6 +124,17 @@ class EndToEndTest : public ::testing::Test {
         return files;
     }
 
+    // Applies the project and expects exactly `files` written under `folder` of the MSTS
+    // installation, and the box naming it.
+    void ExpectMstsFiles(const Project& project, const std::string& folder, const Strings& files) {
+        Strings expected;
+        for (const std::string& file : files) {
+            expected.push_back("MSTS/" + folder + "/" + file);
+        }
+        EXPECT_EQ(Apply(project), expected);
+        EXPECT_EQ(messages, Strings{MstsExported(env.temp / ("MSTS/" + folder))});
+    }
+
     static std::string MstsExported(const std::string& folder) {
         return "Railwright: information: Your MSTS project has been exported to: \"" + folder +
                "\"";
@@ -148,94 +159,69 @@ class EndToEndTest : public ::testing::Test {
 };
 
 TEST_F(EndToEndTest, ADieselEngine) {
-    const Strings written = Apply({kRailVehicle, 0, "Class 66", "Start it."});
-    const std::string folder = "MSTS/TRAINS/TRAINSET/CLASS 66/";
-    EXPECT_EQ(written,
-              (Strings{folder + "CABVIEW/DASH9CAB.ACE", folder + "CABVIEW/class 66.cvf",
-                       folder + "SOUND/class 66cab.sms", folder + "SOUND/class 66eng.sms",
-                       folder + "SOUND/horn.wav", folder + "body.ACE", folder + "class 66.eng",
-                       folder + "class 66.s", folder + "class 66.sd"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/CLASS 66")});
-    const std::string engine = GetFile(env.temp / folder + "class 66.eng");
+    ExpectMstsFiles({kRailVehicle, 0, "Class 66", "Start it."}, "TRAINS/TRAINSET/CLASS 66",
+                    {"CABVIEW/DASH9CAB.ACE", "CABVIEW/class 66.cvf", "SOUND/class 66cab.sms",
+                     "SOUND/class 66eng.sms", "SOUND/horn.wav", "body.ACE", "class 66.eng",
+                     "class 66.s", "class 66.sd"});
+    const std::string folder = env.temp / "MSTS/TRAINS/TRAINSET/CLASS 66/";
+    const std::string engine = GetFile(folder + "class 66.eng");
     EXPECT_TRUE(engine.starts_with(Utf16("SIMISA@@@@@@@@@@JINX0D0t______\r\n")));
     EXPECT_NE(engine.find(Wide("    Type ( Diesel )")), std::string::npos);
     EXPECT_NE(engine.find(Wide("Start it.")), std::string::npos);
     // A texture from the model's TGA file.
-    EXPECT_TRUE(GetFile(env.temp / folder + "body.ACE").starts_with("SIMISA@"));
+    EXPECT_TRUE(GetFile(folder + "body.ACE").starts_with("SIMISA@"));
 }
 
 TEST_F(EndToEndTest, ASteamEngine) {
-    const Strings written = Apply({kRailVehicle, 4, "Flyer", "Fire it."});
-    const std::string folder = "MSTS/TRAINS/TRAINSET/FLYER/";
-    EXPECT_EQ(written, (Strings{folder + "CABVIEW/SCOTCAB.ACE", folder + "CABVIEW/flyer.cvf",
-                                folder + "CABVIEW/gauges.ace", folder + "SOUND/SteamChuff.WAV",
-                                folder + "SOUND/flyercab.sms", folder + "SOUND/flyereng.sms",
-                                folder + "SOUND/whistle.wav", folder + "body.ACE",
-                                folder + "flyer.eng", folder + "flyer.s", folder + "flyer.sd"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/FLYER")});
-    EXPECT_EQ(GetFile(env.temp / folder + "CABVIEW/flyer.cvf"), "scotsman.cvf");
+    ExpectMstsFiles({kRailVehicle, 4, "Flyer", "Fire it."}, "TRAINS/TRAINSET/FLYER",
+                    {"CABVIEW/SCOTCAB.ACE", "CABVIEW/flyer.cvf", "CABVIEW/gauges.ace",
+                     "SOUND/SteamChuff.WAV", "SOUND/flyercab.sms", "SOUND/flyereng.sms",
+                     "SOUND/whistle.wav", "body.ACE", "flyer.eng", "flyer.s", "flyer.sd"});
+    EXPECT_EQ(GetFile(env.temp / "MSTS/TRAINS/TRAINSET/FLYER/CABVIEW/flyer.cvf"), "scotsman.cvf");
 }
 
-TEST_F(EndToEndTest, AnElectricEngine) {
-    const Strings written = Apply({kRailVehicle, 1, "Sprinter", ""});
-    const std::string folder = "MSTS/TRAINS/TRAINSET/SPRINTER/";
-    EXPECT_EQ(written,
-              (Strings{folder + "CABVIEW/ACELACAB.ACE", folder + "CABVIEW/sprinter.cvf",
-                       folder + "SOUND/pan.wav", folder + "SOUND/sprintercab.sms",
-                       folder + "SOUND/sprintereng.sms", folder + "body.ACE",
-                       folder + "sprinter.eng", folder + "sprinter.s", folder + "sprinter.sd"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/SPRINTER")});
-    EXPECT_NE(GetFile(env.temp / folder + "sprinter.eng").find(Wide("    Type ( Electric )")),
+TEST_F(EndToEndTest, AnElectricEngineAndTheCars) {
+    ExpectMstsFiles({kRailVehicle, 1, "Sprinter", ""}, "TRAINS/TRAINSET/SPRINTER",
+                    {"CABVIEW/ACELACAB.ACE", "CABVIEW/sprinter.cvf", "SOUND/pan.wav",
+                     "SOUND/sprintercab.sms", "SOUND/sprintereng.sms", "body.ACE", "sprinter.eng",
+                     "sprinter.s", "sprinter.sd"});
+    ExpectMstsFiles({kRailVehicle, 2, "Hopper", ""}, "TRAINS/TRAINSET/HOPPER",
+                    {"CABVIEW/ACELACAB.ACE", "SOUND/pan.wav", "body.ACE", "hopper.s", "hopper.sd",
+                     "hopper.wag"});
+    ExpectMstsFiles({kRailVehicle, 3, "Coach", ""}, "TRAINS/TRAINSET/COACH",
+                    {"body.ACE", "coach.s", "coach.sd", "coach.wag"});
+    const std::string trainset = env.temp / "MSTS/TRAINS/TRAINSET/";
+    EXPECT_NE(GetFile(trainset + "SPRINTER/sprinter.eng").find(Wide("    Type ( Electric )")),
               std::string::npos);
-}
-
-TEST_F(EndToEndTest, AFreightCar) {
-    const Strings written = Apply({kRailVehicle, 2, "Hopper", ""});
-    const std::string folder = "MSTS/TRAINS/TRAINSET/HOPPER/";
-    EXPECT_EQ(written, (Strings{folder + "CABVIEW/ACELACAB.ACE", folder + "SOUND/pan.wav",
-                                folder + "body.ACE", folder + "hopper.s", folder + "hopper.sd",
-                                folder + "hopper.wag"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/HOPPER")});
-    EXPECT_NE(GetFile(env.temp / folder + "hopper.wag").find(Wide("    Type ( Freight )")),
+    EXPECT_NE(GetFile(trainset + "HOPPER/hopper.wag").find(Wide("    Type ( Freight )")),
               std::string::npos);
-}
-
-TEST_F(EndToEndTest, APassengerCar) {
-    const Strings written = Apply({kRailVehicle, 3, "Coach", ""});
-    const std::string folder = "MSTS/TRAINS/TRAINSET/COACH/";
-    EXPECT_EQ(written, (Strings{folder + "body.ACE", folder + "coach.s", folder + "coach.sd",
-                                folder + "coach.wag"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/TRAINS/TRAINSET/COACH")});
 }
 
 TEST_F(EndToEndTest, SceneryOnARoute) {
-    const Strings written = Apply({kScenery, 0, "Water Tower", "RIVERSIDE"});
-    const std::string route = "MSTS/ROUTES/RIVERSIDE/";
-    EXPECT_EQ(written, (Strings{route + "Shapes/water tower.s", route + "Shapes/water tower.sd",
-                                route + "Textures/body.ACE", route + "water tower.ref"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/ROUTES/RIVERSIDE")});
-    EXPECT_EQ(GetFile(env.temp / route + "water tower.ref"),
+    ExpectMstsFiles({kScenery, 0, "Water Tower", "RIVERSIDE"}, "ROUTES/RIVERSIDE",
+                    {"Shapes/water tower.s", "Shapes/water tower.sd", "Textures/body.ACE",
+                     "water tower.ref"});
+    const std::string route = env.temp / "MSTS/ROUTES/RIVERSIDE/";
+    EXPECT_EQ(GetFile(route + "water tower.ref"),
               Utf16("Static (\r\n"
                     "    Class       ( \"Polyforge Scenery\" )\r\n"
                     "    Description ( \"A description\" )\r\n"
                     "    FileName    ( \"water tower.s\" )\r\n"
                     ")\r\n"));
-    EXPECT_NE(GetFile(env.temp / route + "Shapes/water tower.sd")
+    EXPECT_NE(GetFile(route + "Shapes/water tower.sd")
                   .find(Wide("    ESD_Bounding_Box ( -1.5 0 -10 1.5 4 10 )\r\n"
                              "    ESD_Complex (1\r\n")),
               std::string::npos);
 }
 
 TEST_F(EndToEndTest, ARailNetworkObject) {
-    const Strings written = Apply({kRailNetwork, 2, "Signal Gantry", "RIVERSIDE"});
-    const std::string route = "MSTS/ROUTES/RIVERSIDE/";
-    EXPECT_EQ(written, (Strings{route + "Shapes/signal gantry.s", route + "Shapes/signal gantry.sd",
-                                route + "Textures/body.ACE", route + "signal gantry.ref"}));
-    EXPECT_EQ(messages, Strings{MstsExported(env.temp / "MSTS/ROUTES/RIVERSIDE")});
-    EXPECT_NE(
-        GetFile(env.temp / route + "signal gantry.ref").find(Wide("( \"Polyforge Structures\" )")),
-        std::string::npos);
-    EXPECT_EQ(GetFile(env.temp / route + "Shapes/signal gantry.sd").find(Wide("ESD_Bounding_Box")),
+    ExpectMstsFiles({kRailNetwork, 2, "Signal Gantry", "RIVERSIDE"}, "ROUTES/RIVERSIDE",
+                    {"Shapes/signal gantry.s", "Shapes/signal gantry.sd", "Textures/body.ACE",
+                     "signal gantry.ref"});
+    const std::string route = env.temp / "MSTS/ROUTES/RIVERSIDE/";
+    EXPECT_NE(GetFile(route + "signal gantry.ref").find(Wide("( \"Polyforge Structures\" )")),
+              std::string::npos);
+    EXPECT_EQ(GetFile(route + "Shapes/signal gantry.sd").find(Wide("ESD_Bounding_Box")),
               std::string::npos);
 }
 

@@ -82,12 +82,14 @@ class MstsExportTest : public ::testing::Test {
         return longs;
     }
 
-    bool Export(const std::string& name, const std::string& route = "", bool toDocuments = false) {
+    // Exports `scene` on the fixture's platform, or on `other` to see its boxes apart.
+    bool Export(const std::string& name, const std::string& route = "", bool toDocuments = false,
+                ::railwright::testing::ExportPlatform* other = nullptr) {
         const MstsExportInputs inputs{
             *scene.scripting,  *scene.model, *scene.application, "The title", name,
             "The description", route,        "The procedures",   singles,     longs,
             toDocuments};
-        return ExportToMsts(env.platform, inputs);
+        return ExportToMsts((other != nullptr ? *other : env).platform, inputs);
     }
 
     ::railwright::testing::ExportPlatform env;
@@ -146,18 +148,7 @@ TEST_F(MstsExportTest, FindsMainWhateverItsCaseAndStopsWithoutIt) {
     scene = Model("Body");
     Prepare(scene);
     const std::string folder = msts + "/TRAINS/TRAINSET/OTHER";
-    const MstsExportInputs inputs{*scene.scripting,
-                                  *scene.model,
-                                  *scene.application,
-                                  "",
-                                  "Other",
-                                  "",
-                                  "",
-                                  "",
-                                  singles,
-                                  longs,
-                                  false};
-    EXPECT_FALSE(ExportToMsts(other.platform, inputs));
+    EXPECT_FALSE(Export("Other", "", false, &other));
     EXPECT_EQ(ShownMessages(other.ui),
               Strings{"Railwright: exclamation: No \"Main\" group found. Unable to export "
                       "project. Re-run the wizard to identify your \"Main\" group."});
@@ -194,25 +185,14 @@ TEST_F(MstsExportTest, WritesOnlyWhatTheOptionsAsk) {
 TEST_F(MstsExportTest, AShapeTheHostCannotExportSkipsTheLaterFiles) {
     for (const bool hostError : {false, true}) {
         ::railwright::testing::ExportPlatform run;
-        Scene model = Model();
-        Prepare(model);
+        scene = Model();
+        Prepare(scene);
         if (hostError) {
-            model.failures->FailOperation("Exporter.ExportShape");
+            scene.failures->FailOperation("Exporter.ExportShape");
         } else {
-            model.application->SetExportShapeResult(false);
+            scene.application->SetExportShapeResult(false);
         }
-        const MstsExportInputs inputs{*model.scripting,
-                                      *model.model,
-                                      *model.application,
-                                      "",
-                                      "Loco",
-                                      "",
-                                      "",
-                                      "",
-                                      singles,
-                                      longs,
-                                      false};
-        EXPECT_FALSE(ExportToMsts(run.platform, inputs));
+        EXPECT_FALSE(Export("Loco", "", false, &run));
         EXPECT_EQ(ShownMessages(run.ui), Strings{kFailed});
         // The textures converted before stay.
         EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO"), Strings{"body.ACE"});
@@ -245,18 +225,7 @@ TEST_F(MstsExportTest, AMissingToolIsReportedOnItsOwnTerms) {
     // Without txt2uni the text files cannot be finished: the export fails after the shape data.
     ::railwright::testing::ExportPlatform run;
     tools.Remove("txt2uni.exe");
-    const MstsExportInputs inputs{*scene.scripting,
-                                  *scene.model,
-                                  *scene.application,
-                                  "",
-                                  "Loco Two",
-                                  "",
-                                  "",
-                                  "",
-                                  singles,
-                                  longs,
-                                  false};
-    EXPECT_FALSE(ExportToMsts(run.platform, inputs));
+    EXPECT_FALSE(Export("Loco Two", "", false, &run));
     EXPECT_EQ(ShownMessages(run.ui).back(), kFailed);
     EXPECT_EQ(FileTree(msts + "/TRAINS/TRAINSET/LOCO TWO"), (Strings{"loco two.s", "loco two.sd"}));
 }
