@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "document/DocumentTesting.h"
+#include "host/scene/SceneExpect.h"
 
 namespace railwright::document {
 namespace {
 
+using host::scene::testing::ExpectNear;
 using testing::CorpusPath;
 using testing::MustLoad;
 using testing::ReadBytes;
@@ -33,15 +35,6 @@ host::scene::SceneMaterial& OnlyMaterial(Document& document) {
     EXPECT_EQ(holders.size(), 1u);
     EXPECT_EQ(holders.at(0)->Materials().size(), 1u);
     return *holders.at(0)->Materials().at(0);
-}
-
-void ExpectBounds(const host::Bounds& actual, const host::Bounds& expected, float tolerance) {
-    EXPECT_NEAR(actual.minX, expected.minX, tolerance);
-    EXPECT_NEAR(actual.minY, expected.minY, tolerance);
-    EXPECT_NEAR(actual.minZ, expected.minZ, tolerance);
-    EXPECT_NEAR(actual.maxX, expected.maxX, tolerance);
-    EXPECT_NEAR(actual.maxY, expected.maxY, tolerance);
-    EXPECT_NEAR(actual.maxZ, expected.maxZ, tolerance);
 }
 
 TEST(DocumentLoad, BoxTexturedAsTextAndAsBinary) {
@@ -67,7 +60,7 @@ TEST(DocumentLoad, BoxTexturedAsTextAndAsBinary) {
         EXPECT_EQ(scene.scripting->Group(2)->ShapeCount(), 1);
         EXPECT_EQ(scene.scripting->MaterialList(0)->Name(), "Mesh");
         EXPECT_EQ(OnlyMaterial(*document).TextureFile(), test.texture);
-        ExpectBounds(scene.model->GeometryBounds(host::kCurrentPose, ""),
+        ExpectNear(scene.model->GeometryBounds(host::kCurrentPose, ""),
                      {-0.5f, -0.5f, -0.5f, 0.5f, 0.5f, 0.5f}, 1e-6f);
         EXPECT_TRUE(document->UserDataLongs().empty());
     }
@@ -161,11 +154,11 @@ TEST(DocumentLoad, RailVehicleHierarchyNamesAndBoundsThroughNodeMatrices) {
     EXPECT_EQ(scene.scripting->Group(2)->Parent()->Name(), "RootNode");
     // Expected boxes: the vertices of the .bin mapped through the node matrices, worked out
     // apart from this code.
-    ExpectBounds(scene.scripting->Group(2)->GetBounds(root, host::kCurrentPose),
+    ExpectNear(scene.scripting->Group(2)->GetBounds(root, host::kCurrentPose),
                  {-80.4523f, 1.5109f, -54.4706f, 16.5423f, 98.5056f, 54.4706f}, 2e-3f);
-    ExpectBounds(scene.scripting->Group(7)->GetBounds(root, host::kCurrentPose),
+    ExpectNear(scene.scripting->Group(7)->GetBounds(root, host::kCurrentPose),
                  {-169.2973f, 2.0297f, -50.3143f, -102.5400f, 68.7870f, 50.3143f}, 2e-3f);
-    ExpectBounds(scene.model->GeometryBounds(host::kCurrentPose, ""),
+    ExpectNear(scene.model->GeometryBounds(host::kCurrentPose, ""),
                  {-451.8266f, 1.5109f, -143.3546f, 357.0839f, 359.8582f, 143.3545f}, 2e-3f);
     // Colour-only materials: no texture files.
     EXPECT_EQ(scene.scripting->MaterialList(0)->Material(0)->TextureFile(), "");

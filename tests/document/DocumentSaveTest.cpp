@@ -8,10 +8,12 @@
 #include <vector>
 
 #include "document/DocumentTesting.h"
+#include "host/scene/SceneExpect.h"
 
 namespace railwright::document {
 namespace {
 
+using host::scene::testing::ExpectNear;
 using Json = nlohmann::ordered_json;
 using testing::MustLoad;
 using testing::ReadBytes;
@@ -46,15 +48,6 @@ void WithoutOurExtras(Json& json) {
             WithoutOurExtras(value);
         }
     }
-}
-
-void ExpectNear(const host::Bounds& a, const host::Bounds& b, float tolerance) {
-    EXPECT_NEAR(a.minX, b.minX, tolerance);
-    EXPECT_NEAR(a.minY, b.minY, tolerance);
-    EXPECT_NEAR(a.minZ, b.minZ, tolerance);
-    EXPECT_NEAR(a.maxX, b.maxX, tolerance);
-    EXPECT_NEAR(a.maxY, b.maxY, tolerance);
-    EXPECT_NEAR(a.maxZ, b.maxZ, tolerance);
 }
 
 // What the wizard does to a model, through the host interfaces only: renames, a move, custom

@@ -16,13 +16,14 @@ inline void ExpectNear(const Vector3& actual, const Vector3& expected) {
     EXPECT_NEAR(actual.z, expected.z, kTolerance);
 }
 
-inline void ExpectNear(const Bounds& actual, const Bounds& expected) {
-    EXPECT_NEAR(actual.minX, expected.minX, kTolerance);
-    EXPECT_NEAR(actual.minY, expected.minY, kTolerance);
-    EXPECT_NEAR(actual.minZ, expected.minZ, kTolerance);
-    EXPECT_NEAR(actual.maxX, expected.maxX, kTolerance);
-    EXPECT_NEAR(actual.maxY, expected.maxY, kTolerance);
-    EXPECT_NEAR(actual.maxZ, expected.maxZ, kTolerance);
+inline void ExpectNear(const Bounds& actual, const Bounds& expected,
+                       float tolerance = kTolerance) {
+    EXPECT_NEAR(actual.minX, expected.minX, tolerance);
+    EXPECT_NEAR(actual.minY, expected.minY, tolerance);
+    EXPECT_NEAR(actual.minZ, expected.minZ, tolerance);
+    EXPECT_NEAR(actual.maxX, expected.maxX, tolerance);
+    EXPECT_NEAR(actual.maxY, expected.maxY, tolerance);
+    EXPECT_NEAR(actual.maxZ, expected.maxZ, tolerance);
 }
 
 }  // namespace railwright::host::scene::testing
