@@ -10,24 +10,6 @@
 namespace railwright::host::scene {
 namespace {
 
-TEST(SceneApplication, RecordsNotificationsAndAnswersItsSettings) {
-    Scene scene = Scene::Create();
-    scene.application->SetToolsFolder("/opt/railwright/tools/");
-    scene.application->SetDocumentsFolder("/home/user/Documents");
-    Application& application = *scene.hostContext->Application();
-
-    application.Redraw(1);
-    application.RefreshPanel("SysProperties");
-    application.SetStatus(100);
-
-    EXPECT_EQ(scene.application->Calls(), (std::vector<std::string>{
-                                              "Redraw 1", "RefreshPanel SysProperties",
-                                              "SetStatus 100"}));
-    EXPECT_EQ(application.RegistryName(), "Polyforge");
-    EXPECT_EQ(application.ToolsFolder(), "/opt/railwright/tools/");
-    EXPECT_EQ(application.DocumentsFolder(), "/home/user/Documents");
-}
-
 TEST(SceneApplication, LocatorsReportTheConfiguredInstallations) {
     Scene scene = Scene::Create();
     Application& application = *scene.application;
