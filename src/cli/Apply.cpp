@@ -6,13 +6,13 @@
 #include <sstream>
 
 #include "cli/Command.h"
-#include "document/Uri.h"
 #include "cli/Services.h"
 #include "document/Document.h"
 #include "document/shape/ShapeWriter.h"
 #include "plugin/ProductExports.h"
 #include "plugin/Railwright.h"
 #include "support/SupportingFunctions.h"
+#include "support/Utf8Paths.h"
 #include "ui/script/ScriptedUserInterface.h"
 
 namespace railwright::cli {
@@ -46,7 +46,7 @@ private:
 };
 
 std::optional<std::string> ReadWholeFile(const std::string& path) {
-    std::ifstream in(railwright::document::PathFromUtf8(path), std::ios::binary);
+    std::ifstream in(railwright::support::PathFromUtf8(path), std::ios::binary);
     if (!in) {
         return std::nullopt;
     }
@@ -59,7 +59,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 
 bool IsFolder(const std::string& path) {
     std::error_code error;
-    return std::filesystem::is_directory(railwright::document::PathFromUtf8(path), error);
+    return std::filesystem::is_directory(railwright::support::PathFromUtf8(path), error);
 }
 
 // Selects a group in the view by name (the first of that name in scene order) or by index.
@@ -133,7 +133,7 @@ int Apply(const ApplyOptions& options, Console console) {
 
     scene.application->SetRegistryName(kApplicationName);
     scene.application->SetModelFolder(
-        document::Utf8FromPath(document::PathFromUtf8(model.Path()).parent_path()));
+        support::Utf8FromPath(support::PathFromUtf8(model.Path()).parent_path()));
     // The tools' command lines name the tools folder unquoted: its short form has no blanks.
     const std::string toolsShort = platform.files.ShortPath(tools);
     const std::string toolsFolder = support::JoinPath(toolsShort.empty() ? tools : toolsShort, "");

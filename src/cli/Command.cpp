@@ -1,5 +1,5 @@
 #include "cli/Command.h"
-#include "document/Uri.h"
+#include "support/Utf8Paths.h"
 
 #include <CLI/CLI.hpp>
 
@@ -21,12 +21,12 @@ constexpr const char* kDescription =
 
 std::string DefaultToolsFolder(const std::string& programFolder) {
     namespace fs = std::filesystem;
-    const fs::path folder = document::PathFromUtf8(programFolder);
+    const fs::path folder = support::PathFromUtf8(programFolder);
     for (const fs::path& candidate :
          {folder / ".." / "tools-bin", folder / ".." / "lib" / "railwright" / "tools"}) {
         std::error_code error;
         if (fs::is_directory(candidate, error)) {
-            return document::Utf8FromPath(fs::weakly_canonical(candidate, error));
+            return support::Utf8FromPath(fs::weakly_canonical(candidate, error));
         }
     }
     return {};

@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "cli/Command.h"
-#include "document/Uri.h"
+#include "support/Utf8Paths.h"
 
 #ifdef _WIN32
 #include <io.h>
@@ -20,15 +20,15 @@ std::string ProgramFolder(const char* argv0) {
     wchar_t buffer[32768];
     const DWORD length = GetModuleFileNameW(nullptr, buffer, 32768);
     if (length > 0 && length < 32768) {
-        return railwright::document::Utf8FromPath(std::filesystem::path(std::wstring(buffer, length)).parent_path());
+        return railwright::support::Utf8FromPath(std::filesystem::path(std::wstring(buffer, length)).parent_path());
     }
 #else
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
     if (!error) {
-        return railwright::document::Utf8FromPath(self.parent_path());
+        return railwright::support::Utf8FromPath(self.parent_path());
     }
 #endif
-    return railwright::document::Utf8FromPath(std::filesystem::absolute(railwright::document::PathFromUtf8(argv0), error).parent_path());
+    return railwright::support::Utf8FromPath(std::filesystem::absolute(railwright::support::PathFromUtf8(argv0), error).parent_path());
 }
 
 bool ErrorIsTerminal() {

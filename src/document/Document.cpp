@@ -7,6 +7,7 @@
 #include "document/Files.h"
 #include "document/GltfContainer.h"
 #include "document/Uri.h"
+#include "support/Utf8Paths.h"
 
 namespace railwright::document {
 
@@ -110,7 +111,7 @@ LoadResult Document::Load(const std::string& path) {
     auto state = std::make_unique<DocumentState>();
     std::string fault;
     try {
-        fault = LoadState(PathFromUtf8(path), *state);
+        fault = LoadState(support::PathFromUtf8(path), *state);
     } catch (const std::bad_alloc&) {
         fault = "it needs more memory than there is.";
     } catch (const std::exception& exception) {
@@ -135,7 +136,7 @@ std::string& Document::UserDataString() {
     return state_->data.text;
 }
 std::string Document::Path() const {
-    return Utf8FromPath(state_->file);
+    return support::Utf8FromPath(state_->file);
 }
 bool Document::IsBinary() const {
     return state_->form == FileForm::Binary;
@@ -151,7 +152,8 @@ SaveResult Document::SaveAs(const std::string& path) {
     };
     try {
         std::error_code error;
-        const std::filesystem::path target = std::filesystem::absolute(PathFromUtf8(path), error);
+        const std::filesystem::path target =
+            std::filesystem::absolute(support::PathFromUtf8(path), error);
         if (error) {
             return failed("its path cannot be made absolute.");
         }
@@ -200,8 +202,8 @@ SaveResult Document::SaveAs(const std::string& path) {
 
 std::string Document::WriteEmbeddedImages() {
     for (const EmbeddedImage& image : state_->images) {
-        const std::filesystem::path file = state_->folder / PathFromUtf8(image.fileName);
-        const std::string name = Utf8FromPath(file);
+        const std::filesystem::path file = state_->folder / support::PathFromUtf8(image.fileName);
+        const std::string name = support::Utf8FromPath(file);
         if (const std::optional<std::string> existing = ReadWholeFile(file)) {
             if (*existing != image.bytes) {
                 return name + ": already exists and holds another image than image " +

@@ -34,6 +34,7 @@
 #include "document/TinyGltfReader.h"
 #include "document/Uri.h"
 #include "document/Validation.h"
+#include "support/Utf8Paths.h"
 
 namespace railwright::document {
 
@@ -178,7 +179,7 @@ std::string SceneMapper::Map() {
 }
 
 void SceneMapper::NameImages() {
-    const std::string stem = Utf8FromPath(state_.file.stem());
+    const std::string stem = support::Utf8FromPath(state_.file.stem());
     for (size_t i = 0; i < model_.images.size(); ++i) {
         const tinygltf::Image& image = model_.images[i];
         const auto data = dataUriImages_.find(static_cast<int>(i));
@@ -201,7 +202,8 @@ void SceneMapper::NameImages() {
         EmbeddedImage embedded{static_cast<int>(i), {}, std::move(bytes)};
         embedded.fileName =
             stem + "_image" + std::to_string(i) + ImageExtension(image.mimeType, embedded.bytes);
-        imageFiles_.push_back(Utf8FromPath(state_.folder / PathFromUtf8(embedded.fileName)));
+        imageFiles_.push_back(
+            support::Utf8FromPath(state_.folder / support::PathFromUtf8(embedded.fileName)));
         state_.images.push_back(std::move(embedded));
     }
 }

@@ -5,7 +5,7 @@
 #include <new>
 
 #include "document/Files.h"
-#include "document/Uri.h"
+#include "support/Utf8Paths.h"
 
 namespace railwright::document {
 
@@ -25,7 +25,7 @@ bool FileExists(const std::string& path, void* userData) {
         return false;
     }
     std::error_code error;
-    return std::filesystem::is_regular_file(PathFromUtf8(path), error);
+    return std::filesystem::is_regular_file(support::PathFromUtf8(path), error);
 }
 
 std::string ExpandFilePath(const std::string& path, void*) {
@@ -33,7 +33,7 @@ std::string ExpandFilePath(const std::string& path, void*) {
 }
 
 bool ReadFile(std::vector<unsigned char>* out, std::string* error, const std::string& path, void*) {
-    const std::optional<std::string> bytes = ReadWholeFile(PathFromUtf8(path));
+    const std::optional<std::string> bytes = ReadWholeFile(support::PathFromUtf8(path));
     if (!bytes) {
         *error = "cannot be read";
         return false;
@@ -128,7 +128,7 @@ TinyGltfRead ReadWithTinyGltf(std::string_view file, bool binary, const Json& js
         return read;
     }
 
-    FileContext context{Utf8FromPath(folder)};
+    FileContext context{support::Utf8FromPath(folder)};
     tinygltf::TinyGLTF loader;
     loader.SetImageLoader(&KeepImage, &read.dataUriImages);
     loader.SetFsCallbacks({&FileExists, &ExpandFilePath, &ReadFile, &RefuseToWrite, &context});

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "support/Utf8Paths.h"
+
 namespace railwright::document {
 
 namespace {
@@ -96,24 +98,16 @@ std::string PercentEncodePath(std::string_view path) {
     return encoded;
 }
 
-std::filesystem::path PathFromUtf8(std::string_view utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-std::string Utf8FromPath(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(text.begin(), text.end());
-}
-
 std::string ResolveReference(const std::filesystem::path& folder, std::string_view uri) {
-    return Utf8FromPath((folder / PathFromUtf8(PercentDecode(uri))).lexically_normal());
+    return support::Utf8FromPath(
+        (folder / support::PathFromUtf8(PercentDecode(uri))).lexically_normal());
 }
 
 std::optional<std::string> RebaseReference(std::string_view uri,
                                            const std::filesystem::path& fromFolder,
                                            const std::filesystem::path& toFolder) {
     const std::filesystem::path target =
-        (fromFolder / PathFromUtf8(PercentDecode(uri))).lexically_normal();
+        (fromFolder / support::PathFromUtf8(PercentDecode(uri))).lexically_normal();
     const std::filesystem::path relative = target.lexically_relative(toFolder);
     if (relative.empty()) {
         return std::nullopt;

@@ -27,10 +27,6 @@ std::string PercentDecode(std::string_view uri);
 // control and non-ASCII bytes); "/" separates segments and stays.
 std::string PercentEncodePath(std::string_view path);
 
-// A UTF-8 path as the file system's path (wide on Windows).
-std::filesystem::path PathFromUtf8(std::string_view utf8);
-std::string Utf8FromPath(const std::filesystem::path& path);
-
 // The file that a relative reference names, resolved against `folder`, in the platform's form.
 std::string ResolveReference(const std::filesystem::path& folder, std::string_view uri);
 // The relative reference that names, from `toFolder`, the file that `uri` names from
