@@ -17,8 +17,6 @@ constexpr std::string_view kLocomotive = "locomotive";
 constexpr std::string_view kWagon = "wagon";
 constexpr std::string_view kCoach = "coach";
 
-constexpr std::string_view kPlaceholder = "RailwrightPlaceholder-";
-
 // A pantograph letter past the characters that the names can hold.
 constexpr int32_t kErrorInvalidProcedureCall = 5;
 constexpr int32_t kLastLetterCode = 127;
@@ -40,8 +38,8 @@ void AddMstsPart(PartCatalogue& catalogue, std::string description, const std::s
 
 // A placeholder: an empty group whose position the exporters read; no simulator names it.
 void AddPlaceholder(PartCatalogue& catalogue, std::string description, std::string_view suffix) {
-    AddPart(catalogue, std::move(description), Text(kPlaceholder) + Text(suffix), Text(kNoName),
-            Text(kNoName), Text(kNoName), Text(kNoName), Text(kNoName));
+    AddPart(catalogue, std::move(description), Text(support::kPlaceholderPrefix) + Text(suffix),
+            Text(kNoName), Text(kNoName), Text(kNoName), Text(kNoName), Text(kNoName));
 }
 
 void AddNumberedPlaceholders(PartCatalogue& catalogue, int32_t count,

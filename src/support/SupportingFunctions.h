@@ -49,6 +49,10 @@ struct ErrorInfo {
 // The maker's problem reports forum, named at the end of the failure messages.
 inline constexpr std::string_view kForumAddress = "https://forum.railwright.org/problem-reports";
 
+// The start of a placeholder group's name: the part identification names its marker groups so,
+// and the exporters pass over or look for groups by it (ignoring case).
+inline constexpr std::string_view kPlaceholderPrefix = "RailwrightPlaceholder-";
+
 // The error being handled; call only inside a catch block.
 ErrorInfo CurrentError();
 

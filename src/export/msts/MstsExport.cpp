@@ -15,14 +15,15 @@ namespace {
 
 constexpr std::string_view kSimulatorName = "MSTS";
 
-// The settings this export reads (the model's longs); the options hold 2 when checked.
-constexpr int32_t kProjectTypeLong = 0;
-constexpr int32_t kCreateShapeLong = 1;
+using exporttextures::kChecked;
+using exporttextures::kCompressionLong;
+using exporttextures::kConvertTexturesLong;
+using exporttextures::kCreateShapeLong;
+using exporttextures::kProjectTypeLong;
+
+// The settings only this export reads, beside those every driver reads.
 constexpr int32_t kCreateShapeDataLong = 2;
 constexpr int32_t kCreateFilesLong = 3;  // the vehicle files or the REF file
-constexpr int32_t kConvertTexturesLong = 4;
-constexpr int32_t kCompressionLong = 23;
-constexpr int32_t kChecked = 2;
 constexpr int32_t kRailVehicleProject = 1;
 
 constexpr int32_t kErrorShapeNotExported = 5;
@@ -48,9 +49,6 @@ class MstsExport {
     std::string MstsInstallation();
     std::string Root();
     Layout CreateFolders();
-    // Runs one step unless an earlier one failed; an error marks the export failed.
-    template <typename Body>
-    void Step(Body&& body);
     std::string ToolsFolder();
 
     void ConvertTextures(const exporttextures::TextureList& textures);
@@ -61,7 +59,7 @@ class MstsExport {
     const MstsExportInputs& inputs_;
     support::UserInterface& ui_;
     Layout layout_;
-    bool failed_ = false;
+    exporttextures::ExportSteps steps_;
     std::optional<std::string> toolsFolder_;
 };
 
@@ -112,18 +110,6 @@ Layout MstsExport::CreateFolders() {
         layout = {route, shapes, textures};
     }
     return layout;
-}
-
-template <typename Body>
-void MstsExport::Step(Body&& body) {
-    if (failed_) {
-        return;
-    }
-    try {
-        body();
-    } catch (...) {
-        failed_ = true;
-    }
 }
 
 std::string MstsExport::ToolsFolder() {
@@ -191,51 +177,38 @@ bool MstsExport::Run() {
         return false;
     }
     // 4 to 7.
-    Step([&] {
+    steps_.Run([&] {
         if (Long(kConvertTexturesLong) == kChecked) {
             ConvertTextures(textures);
         }
     });
-    Step([&] {
+    steps_.Run([&] {
         if (Long(kCreateShapeLong) == kChecked) {
             ExportShape(*mainIndex);
         }
     });
-    Step([&] {
+    steps_.Run([&] {
         if (Long(kCreateShapeDataLong) == kChecked) {
             WriteShapeDataFile(platform_, ToolsFolder(), inputs_.scripting, inputs_.projectName,
                                Long(kProjectTypeLong), *mainIndex, layout_.shapeFolder);
         }
     });
-    Step([&] {
+    steps_.Run([&] {
         if (Long(kCreateFilesLong) == kChecked) {
             WriteVehicleOrRefFiles(*mainIndex);
         }
     });
     // 8.
-    if (failed_) {
-        exporttextures::ShowExportFailed(ui_, kSimulatorName);
-        return false;
-    }
-    exporttextures::ShowExportedTo(ui_, kSimulatorName, layout_.exportFolder);
-    return true;
+    return exporttextures::FinishExport(ui_, kSimulatorName, steps_, layout_.exportFolder);
 }
 
 }  // namespace
 
 bool ExportToMsts(support::Platform& platform, const MstsExportInputs& inputs) noexcept {
-    try {
+    return exporttextures::RunExport(platform.ui, kSimulatorName, [&] {
         MstsExport run(platform, inputs);
         return run.Run();
-    } catch (...) {
-        // An error before the steps (the folders, the "Main" group) ends the export the same way.
-        try {
-            exporttextures::ShowExportFailed(platform.ui, kSimulatorName);
-        } catch (...) {
-            // Nothing may reach the host, not even a failing message box.
-        }
-        return false;
-    }
+    });
 }
 
 }  // namespace railwright::exportmsts

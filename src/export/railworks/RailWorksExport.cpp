@@ -10,13 +10,14 @@
 namespace railwright::exportrailworks {
 namespace {
 
-// The settings this export reads (the model's longs); the options hold 2 when checked.
-constexpr int32_t kProjectTypeLong = 0;
-constexpr int32_t kCreateShapeLong = 1;
-constexpr int32_t kConvertTexturesLong = 4;
-constexpr int32_t kCompressionLong = 23;
+using exporttextures::kChecked;
+using exporttextures::kCompressionLong;
+using exporttextures::kConvertTexturesLong;
+using exporttextures::kCreateShapeLong;
+using exporttextures::kProjectTypeLong;
+
+// The setting only this export reads, beside those every driver reads.
 constexpr int32_t kSubTypeLong = 32;
-constexpr int32_t kChecked = 2;
 
 // Project types (long 0).
 constexpr int32_t kRailNetwork = 0;
@@ -63,7 +64,7 @@ class RailWorksExport {
     support::Platform& platform_;
     const RailWorksExportInputs& inputs_;
     support::UserInterface& ui_;
-    bool failed_ = false;
+    exporttextures::ExportSteps steps_;
 };
 
 std::string RailWorksExport::Root() {
@@ -105,18 +106,12 @@ std::string RailWorksExport::CreateFolders() {
 
 template <typename Body>
 void RailWorksExport::Step(std::string_view context, Body&& body) {
-    if (failed_) {
-        return;
-    }
-    try {
-        body();
-    } catch (...) {
-        failed_ = true;
+    steps_.Run(body, [&] {
         const support::ErrorInfo error = support::CurrentError();
         support::ReportError(
             ui_, {host::kHostErrorFailed,
                   std::string(context) + std::to_string(error.number) + "-" + error.description});
-    }
+    });
 }
 
 void RailWorksExport::ExportFile(bool (host::Exporter::*operation)(const std::string&),
@@ -164,12 +159,7 @@ bool RailWorksExport::Run() {
         });
     }
     // 8.
-    if (failed_) {
-        exporttextures::ShowExportFailed(ui_, SimulatorName());
-        return false;
-    }
-    exporttextures::ShowExportedTo(ui_, SimulatorName(), projectFolder);
-    return true;
+    return exporttextures::FinishExport(ui_, SimulatorName(), steps_, projectFolder);
 }
 
 }  // namespace
@@ -206,18 +196,10 @@ std::vector<std::string> ProjectFolder(int32_t projectType, int32_t subType, boo
 }
 
 bool ExportRailWorks(support::Platform& platform, const RailWorksExportInputs& inputs) noexcept {
-    try {
+    return exporttextures::RunExport(platform.ui, SimulatorNameOf(inputs.railWorks), [&] {
         RailWorksExport run(platform, inputs);
         return run.Run();
-    } catch (...) {
-        // An error before the steps (the folders, the "Main" group) ends the export the same way.
-        try {
-            exporttextures::ShowExportFailed(platform.ui, SimulatorNameOf(inputs.railWorks));
-        } catch (...) {
-            // Nothing may reach the host, not even a failing message box.
-        }
-        return false;
-    }
+    });
 }
 
 }  // namespace railwright::exportrailworks

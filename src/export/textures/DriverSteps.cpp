@@ -42,4 +42,14 @@ void ShowExportedTo(support::UserInterface& ui, std::string_view simulatorName,
         support::MessageIcon::Information, support::MessageButtons::Ok);
 }
 
+bool FinishExport(support::UserInterface& ui, std::string_view simulatorName,
+                  const ExportSteps& steps, const std::string& folder) {
+    if (steps.Failed()) {
+        ShowExportFailed(ui, simulatorName);
+        return false;
+    }
+    ShowExportedTo(ui, simulatorName, folder);
+    return true;
+}
+
 }  // namespace railwright::exporttextures

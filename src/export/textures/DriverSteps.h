@@ -1,6 +1,7 @@
-// What the simulator export drivers share around their own files: finding the "Main" group, the
-// prefix of the placeholder groups that no export textures or measures, and the messages that
-// end an export, each formed from the simulator's name ("MSTS", "RailWorks", "Rail Simulator").
+// What the simulator export drivers share around their own files: the settings they all read,
+// running their steps, finding the "Main" group, the prefix of the placeholder groups that no
+// export textures or measures, and the messages that end an export, each formed from the
+// simulator's name ("MSTS", "RailWorks", "Rail Simulator").
 #pragma once
 
 #include <cstdint>
@@ -10,11 +11,19 @@
 
 #include "host/Host.h"
 #include "support/Platform.h"
+#include "support/SupportingFunctions.h"
 
 namespace railwright::exporttextures {
 
+// The settings every driver reads (the model's longs); the options hold 2 when checked.
+inline constexpr int32_t kProjectTypeLong = 0;
+inline constexpr int32_t kCreateShapeLong = 1;
+inline constexpr int32_t kConvertTexturesLong = 4;
+inline constexpr int32_t kCompressionLong = 23;
+inline constexpr int32_t kChecked = 2;
+
 // Groups whose names begin with this (ignoring case) are placeholders: markers, not geometry.
-inline constexpr std::string_view kPlaceholderPrefix = "RailwrightPlaceholder-";
+using support::kPlaceholderPrefix;
 
 // The index of the first group, in the host's order from index 0, whose name is "MAIN" in upper
 // case; nothing when there is none.
@@ -33,5 +42,57 @@ void ShowExportFailed(support::UserInterface& ui, std::string_view simulatorName
 // The information box that ends a successful export, naming the folder in double quotes.
 void ShowExportedTo(support::UserInterface& ui, std::string_view simulatorName,
                     const std::string& folder);
+
+// An export's steps in order: a step runs only while none before it has failed, and an error
+// thrown by a step marks the export failed.
+class ExportSteps {
+  public:
+    template <typename Body>
+    void Run(Body&& body) {
+        Run(body, [] {});
+    }
+
+    // As Run(body); `onError` runs inside the handler, so that it can read the current error.
+    template <typename Body, typename OnError>
+    void Run(Body&& body, OnError&& onError) {
+        if (failed_) {
+            return;
+        }
+        try {
+            body();
+        } catch (...) {
+            failed_ = true;
+            onError();
+        }
+    }
+
+    bool Failed() const { return failed_; }
+
+  private:
+    bool failed_ = false;
+};
+
+// Runs a driver's export and returns its result. An error before the steps (the folders, the
+// "Main" group) ends the export as a failed step does; nothing reaches the caller, not even a
+// failing message box.
+template <typename Export>
+bool RunExport(support::UserInterface& ui, std::string_view simulatorName,
+               Export&& runExport) noexcept {
+    try {
+        return runExport();
+    } catch (...) {
+        try {
+            ShowExportFailed(ui, simulatorName);
+        } catch (...) {
+            // Nothing may reach the host.
+        }
+        return false;
+    }
+}
+
+// The box that ends an export once its steps have run: failed, or exported to `folder`. Whether
+// the export succeeded.
+bool FinishExport(support::UserInterface& ui, std::string_view simulatorName,
+                  const ExportSteps& steps, const std::string& folder);
 
 }  // namespace railwright::exporttextures
