@@ -123,20 +123,7 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
         Copy(files, support::JoinPath(trainSound, engine->engineSound),
              support::JoinPath(soundFolder, lowerName + "eng.sms"));
     }
-    switch (engine->writer) {
-        case VehicleFileKind::SteamEngine:
-            WriteSteamEngineFile(platform, toolsFolder, inputs);
-            break;
-        case VehicleFileKind::DieselEngine:
-            WriteDieselEngineFile(platform, toolsFolder, inputs);
-            break;
-        case VehicleFileKind::ElectricEngine:
-            WriteElectricEngineFile(platform, toolsFolder, inputs);
-            break;
-        case VehicleFileKind::Wagon:
-            WriteWagonFile(platform, toolsFolder, inputs);
-            break;
-    }
+    WriteVehicleFile(platform, toolsFolder, engine->writer, inputs);
 }
 
 }  // namespace railwright::exportmsts

@@ -4,15 +4,6 @@
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
-namespace {
-
-void WriteVehicleFile(support::Platform& platform, const std::string& toolsFolder,
-                      VehicleFileKind kind, const VehicleFileInputs& inputs) {
-    SaveMstsTextFile(platform, toolsFolder, VehicleFileName(kind, inputs),
-                     VehicleFileText(kind, inputs));
-}
-
-}  // namespace
 
 std::string VehicleFileText(VehicleFileKind kind, const VehicleFileInputs& inputs) {
     VehicleText vehicle(inputs);
@@ -40,6 +31,12 @@ std::string VehicleFileName(VehicleFileKind kind, const VehicleFileInputs& input
     const char* extension = kind == VehicleFileKind::Wagon ? ".wag" : ".eng";
     return support::JoinPath(inputs.vehicleFolder,
                              support::ToLower(inputs.projectName) + extension);
+}
+
+void WriteVehicleFile(support::Platform& platform, const std::string& toolsFolder,
+                      VehicleFileKind kind, const VehicleFileInputs& inputs) {
+    SaveMstsTextFile(platform, toolsFolder, VehicleFileName(kind, inputs),
+                     VehicleFileText(kind, inputs));
 }
 
 void WriteWagonFile(support::Platform& platform, const std::string& toolsFolder,

@@ -38,7 +38,11 @@ std::string VehicleFileText(VehicleFileKind kind, const VehicleFileInputs& input
 // The full name of the file the writer of that kind writes.
 std::string VehicleFileName(VehicleFileKind kind, const VehicleFileInputs& inputs);
 
-// The four writers. `toolsFolder` holds txt2uni.exe.
+// The writer of that kind. `toolsFolder` holds txt2uni.exe.
+void WriteVehicleFile(support::Platform& platform, const std::string& toolsFolder,
+                      VehicleFileKind kind, const VehicleFileInputs& inputs);
+
+// The four writers, each WriteVehicleFile for its kind.
 void WriteWagonFile(support::Platform& platform, const std::string& toolsFolder,
                     const VehicleFileInputs& inputs);
 void WriteSteamEngineFile(support::Platform& platform, const std::string& toolsFolder,
