@@ -61,7 +61,7 @@ TEST(DocumentLoad, BoxTexturedAsTextAndAsBinary) {
         EXPECT_EQ(scene.scripting->MaterialList(0)->Name(), "Mesh");
         EXPECT_EQ(OnlyMaterial(*document).TextureFile(), test.texture);
         ExpectNear(scene.model->GeometryBounds(host::kCurrentPose, ""),
-                     {-0.5f, -0.5f, -0.5f, 0.5f, 0.5f, 0.5f}, 1e-6f);
+                   {-0.5f, -0.5f, -0.5f, 0.5f, 0.5f, 0.5f}, 1e-6f);
         EXPECT_TRUE(document->UserDataLongs().empty());
     }
 }
@@ -155,11 +155,11 @@ TEST(DocumentLoad, RailVehicleHierarchyNamesAndBoundsThroughNodeMatrices) {
     // Expected boxes: the vertices of the .bin mapped through the node matrices, worked out
     // apart from this code.
     ExpectNear(scene.scripting->Group(2)->GetBounds(root, host::kCurrentPose),
-                 {-80.4523f, 1.5109f, -54.4706f, 16.5423f, 98.5056f, 54.4706f}, 2e-3f);
+               {-80.4523f, 1.5109f, -54.4706f, 16.5423f, 98.5056f, 54.4706f}, 2e-3f);
     ExpectNear(scene.scripting->Group(7)->GetBounds(root, host::kCurrentPose),
-                 {-169.2973f, 2.0297f, -50.3143f, -102.5400f, 68.7870f, 50.3143f}, 2e-3f);
+               {-169.2973f, 2.0297f, -50.3143f, -102.5400f, 68.7870f, 50.3143f}, 2e-3f);
     ExpectNear(scene.model->GeometryBounds(host::kCurrentPose, ""),
-                 {-451.8266f, 1.5109f, -143.3546f, 357.0839f, 359.8582f, 143.3545f}, 2e-3f);
+               {-451.8266f, 1.5109f, -143.3546f, 357.0839f, 359.8582f, 143.3545f}, 2e-3f);
     // Colour-only materials: no texture files.
     EXPECT_EQ(scene.scripting->MaterialList(0)->Material(0)->TextureFile(), "");
 }

@@ -181,10 +181,10 @@ TEST_F(EndToEndTest, ASteamEngine) {
 }
 
 TEST_F(EndToEndTest, AnElectricEngineAndTheCars) {
-    ExpectMstsFiles({kRailVehicle, 1, "Sprinter", ""}, "TRAINS/TRAINSET/SPRINTER",
-                    {"CABVIEW/ACELACAB.ACE", "CABVIEW/sprinter.cvf", "SOUND/pan.wav",
-                     "SOUND/sprintercab.sms", "SOUND/sprintereng.sms", "body.ACE", "sprinter.eng",
-                     "sprinter.s", "sprinter.sd"});
+    ExpectMstsFiles(
+        {kRailVehicle, 1, "Sprinter", ""}, "TRAINS/TRAINSET/SPRINTER",
+        {"CABVIEW/ACELACAB.ACE", "CABVIEW/sprinter.cvf", "SOUND/pan.wav", "SOUND/sprintercab.sms",
+         "SOUND/sprintereng.sms", "body.ACE", "sprinter.eng", "sprinter.s", "sprinter.sd"});
     ExpectMstsFiles({kRailVehicle, 2, "Hopper", ""}, "TRAINS/TRAINSET/HOPPER",
                     {"CABVIEW/ACELACAB.ACE", "SOUND/pan.wav", "body.ACE", "hopper.s", "hopper.sd",
                      "hopper.wag"});
@@ -198,9 +198,9 @@ TEST_F(EndToEndTest, AnElectricEngineAndTheCars) {
 }
 
 TEST_F(EndToEndTest, SceneryOnARoute) {
-    ExpectMstsFiles({kScenery, 0, "Water Tower", "RIVERSIDE"}, "ROUTES/RIVERSIDE",
-                    {"Shapes/water tower.s", "Shapes/water tower.sd", "Textures/body.ACE",
-                     "water tower.ref"});
+    ExpectMstsFiles(
+        {kScenery, 0, "Water Tower", "RIVERSIDE"}, "ROUTES/RIVERSIDE",
+        {"Shapes/water tower.s", "Shapes/water tower.sd", "Textures/body.ACE", "water tower.ref"});
     const std::string route = env.temp / "MSTS/ROUTES/RIVERSIDE/";
     EXPECT_EQ(GetFile(route + "water tower.ref"),
               Utf16("Static (\r\n"

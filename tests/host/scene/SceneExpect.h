@@ -16,8 +16,7 @@ inline void ExpectNear(const Vector3& actual, const Vector3& expected) {
     EXPECT_NEAR(actual.z, expected.z, kTolerance);
 }
 
-inline void ExpectNear(const Bounds& actual, const Bounds& expected,
-                       float tolerance = kTolerance) {
+inline void ExpectNear(const Bounds& actual, const Bounds& expected, float tolerance = kTolerance) {
     EXPECT_NEAR(actual.minX, expected.minX, tolerance);
     EXPECT_NEAR(actual.minY, expected.minY, tolerance);
     EXPECT_NEAR(actual.minZ, expected.minZ, tolerance);
