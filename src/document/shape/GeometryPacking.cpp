@@ -8,35 +8,31 @@ namespace {
 
 constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();
 
+// The index of `value` in `list`, looked up in `table` by `key`; a value not seen before is
+// appended.
+template <typename Value>
+uint32_t Intern(KeyTable& table, std::vector<Value>& list, const Key3& key, const Value& value) {
+    const auto [index, added] = table.FindOrInsert(key, static_cast<uint32_t>(list.size()));
+    if (added) {
+        list.push_back(value);
+    }
+    return index;
+}
+
 }  // namespace
 
 GeometryPacker::GeometryPacker(ShapeData& shape) : shape_(shape) {}
 
 uint32_t GeometryPacker::PointIndex(const float* p) {
-    const auto [index, added] = points_.FindOrInsert(FloatKey(p[0], p[1], p[2]),
-                                                     static_cast<uint32_t>(shape_.points.size()));
-    if (added) {
-        shape_.points.push_back({p[0], p[1], p[2]});
-    }
-    return index;
+    return Intern(points_, shape_.points, FloatKey(p[0], p[1], p[2]), Float3{p[0], p[1], p[2]});
 }
 
 uint32_t GeometryPacker::NormalIndex(const float* n) {
-    const auto [index, added] = normals_.FindOrInsert(FloatKey(n[0], n[1], n[2]),
-                                                      static_cast<uint32_t>(shape_.normals.size()));
-    if (added) {
-        shape_.normals.push_back({n[0], n[1], n[2]});
-    }
-    return index;
+    return Intern(normals_, shape_.normals, FloatKey(n[0], n[1], n[2]), Float3{n[0], n[1], n[2]});
 }
 
 uint32_t GeometryPacker::UvPointIndex(float u, float v) {
-    const auto [index, added] =
-        uvPoints_.FindOrInsert(FloatKey(u, v, 0), static_cast<uint32_t>(shape_.uvPoints.size()));
-    if (added) {
-        shape_.uvPoints.push_back({u, v});
-    }
-    return index;
+    return Intern(uvPoints_, shape_.uvPoints, FloatKey(u, v, 0), UvPoint{u, v});
 }
 
 std::vector<SubObject> GeometryPacker::Pack(const std::vector<Batch>& batches) {

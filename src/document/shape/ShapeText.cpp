@@ -124,26 +124,26 @@ void WriteHead(Text& text, const ShapeData& shape) {
     text.Close(1);
 }
 
-void WriteLists(Text& text, const ShapeData& shape) {
-    text.Open(1, "points", shape.points.size());
-    for (const Float3& point : shape.points) {
-        text.Tabs(2).Put("point ( ");
-        WriteVector(text, point);
+// A list of vectors, one "<item> ( x y z )" line each.
+void WriteVectorList(Text& text, std::string_view list, std::string_view item,
+                     const std::vector<Float3>& vectors) {
+    text.Open(1, list, vectors.size());
+    for (const Float3& vector : vectors) {
+        text.Tabs(2).Put(item).Put(" ( ");
+        WriteVector(text, vector);
         text.Put(" )").End();
     }
     text.Close(1);
+}
+
+void WriteLists(Text& text, const ShapeData& shape) {
+    WriteVectorList(text, "points", "point", shape.points);
     text.Open(1, "uv_points", shape.uvPoints.size());
     for (const UvPoint& uv : shape.uvPoints) {
         text.Tabs(2).Put("uv_point ( ").Number(uv.u).Space().Number(uv.v).Put(" )").End();
     }
     text.Close(1);
-    text.Open(1, "normals", shape.normals.size());
-    for (const Float3& normal : shape.normals) {
-        text.Tabs(2).Put("vector ( ");
-        WriteVector(text, normal);
-        text.Put(" )").End();
-    }
-    text.Close(1);
+    WriteVectorList(text, "normals", "vector", shape.normals);
     text.Tabs(1).Put("sort_vectors ( 0 )").End();
     text.Tabs(1).Put("colours ( 0 )").End();
     text.Open(1, "matrices", shape.matrices.size());
