@@ -203,71 +203,38 @@ TEST_P(SubTypePages, ShowExactlyTheFramesOfTheSubType) {
     EXPECT_EQ(options, page.exportOptions);
 }
 
+// The frames and export options the sub-types share.
+const std::set<std::string> kNoAttributes{"fraGeneralNonEngineAttibutes",
+                                          "lblGeneralAttributesNoneAvailable"};
+const std::set<std::string> kWagonFrames{"fraGeneralEngineWagonAttibutes"};
 const std::set<std::string> kTextureOptions{"fraTextures", "chkExportToDocumentsFolder"};
+const std::set<std::string> kWagonOptions{"chkSound", "fraTextures", "chkExportToDocumentsFolder"};
+const std::set<std::string> kEngineOptions{"chkSound", "chkCabView", "fraTextures",
+                                           "chkExportToDocumentsFolder"};
+const std::set<std::string> kSteamOptions{"chkAnimation", "chkSound", "chkCabView", "fraTextures",
+                                          "chkExportToDocumentsFolder"};
 
-INSTANTIATE_TEST_SUITE_P(
-    WizardSteps, SubTypePages,
-    ::testing::Values(
-        SubTypePage{"Scenery",
-                    "Building",
-                    {"fraGeneralNonEngineAttibutes", "lblGeneralAttributesNoneAvailable"},
-                    kRef,
-                    nullptr,
-                    false,
-                    false,
-                    kTextureOptions},
-        SubTypePage{"Rail Network",
-                    "Signal",
-                    {"fraGeneralNonEngineAttibutes", "lblGeneralAttributesNoneAvailable"},
-                    kRef,
-                    nullptr,
-                    false,
-                    false,
-                    kTextureOptions},
-        SubTypePage{
-            "Rail Vehicle",
-            "Tank Engine",
-            {"fraGeneralEngineWagonAttibutes", "fraEngineAttributes", "fraSteamEngineAttibutes"},
-            kEng,
-            "Head Out View",
-            true,
-            true,
-            {"chkAnimation", "chkSound", "chkCabView", "fraTextures",
-             "chkExportToDocumentsFolder"}},
-        SubTypePage{
-            "Rail Vehicle",
-            "Diesel Engine",
-            {"fraGeneralEngineWagonAttibutes", "fraEngineAttributes", "fraDieselEngineAttributes"},
-            kEng,
-            "Head Out View",
-            true,
-            false,
-            {"chkSound", "chkCabView", "fraTextures", "chkExportToDocumentsFolder"}},
-        SubTypePage{
-            "Rail Vehicle",
-            "Electric Engine",
-            {"fraGeneralEngineWagonAttibutes", "fraEngineAttributes", "fraElectricEngineAttibutes"},
-            kEng,
-            "Head Out View",
-            true,
-            false,
-            {"chkSound", "chkCabView", "fraTextures", "chkExportToDocumentsFolder"}},
-        SubTypePage{"Rail Vehicle",
-                    "Passenger Car",
-                    {"fraGeneralEngineWagonAttibutes"},
-                    kWag,
-                    "Passenger View",
-                    false,
-                    false,
-                    {"chkSound", "fraTextures", "chkExportToDocumentsFolder"}},
-        SubTypePage{"Rail Vehicle",
-                    "Tender",
-                    {"fraGeneralEngineWagonAttibutes"},
-                    kWag,
-                    nullptr,
-                    false,
-                    false,
-                    {"chkSound", "fraTextures", "chkExportToDocumentsFolder"}}));
+std::set<std::string> EngineFrames(const char* own) {
+    return {"fraGeneralEngineWagonAttibutes", "fraEngineAttributes", own};
+}
+
+const char* const kVehicle = "Rail Vehicle";
+const char* const kHeadOut = "Head Out View";
+
+const SubTypePage kSubTypePages[] = {
+    {"Scenery", "Building", kNoAttributes, kRef, nullptr, false, false, kTextureOptions},
+    {"Rail Network", "Signal", kNoAttributes, kRef, nullptr, false, false, kTextureOptions},
+    {kVehicle, "Tank Engine", EngineFrames("fraSteamEngineAttibutes"), kEng, kHeadOut, true, true,
+     kSteamOptions},
+    {kVehicle, "Diesel Engine", EngineFrames("fraDieselEngineAttributes"), kEng, kHeadOut, true,
+     false, kEngineOptions},
+    {kVehicle, "Electric Engine", EngineFrames("fraElectricEngineAttibutes"), kEng, kHeadOut, true,
+     false, kEngineOptions},
+    {kVehicle, "Passenger Car", kWagonFrames, kWag, "Passenger View", false, false, kWagonOptions},
+    {kVehicle, "Tender", kWagonFrames, kWag, nullptr, false, false, kWagonOptions},
+};
+
+INSTANTIATE_TEST_SUITE_P(WizardSteps, SubTypePages, ::testing::ValuesIn(kSubTypePages));
 
 TEST(WizardSteps, ExportPreferencesStackWithoutGaps) {
     TempFolder folder;
