@@ -22,6 +22,13 @@
 
 namespace railwright::testing {
 
+// The project types as the settings store them (UserDataLongs 0).
+namespace stored {
+inline constexpr int32_t kRailNetwork = 0;
+inline constexpr int32_t kRailVehicle = 1;
+inline constexpr int32_t kScenery = 2;
+}  // namespace stored
+
 // The stand-in for every conversion program: records its command line through record_args into
 // calls/<sequence>-<program>, then, unless <program>.fail exists beside it (exit 1, nothing
 // written), writes its output file. MakeACE writes its output afresh; acecomp appends to the file

@@ -28,9 +28,7 @@ using ::railwright::testing::Wide;
 using Strings = std::vector<std::string>;
 
 // Project types and the settings an application reads.
-constexpr int32_t kRailNetwork = 0;
-constexpr int32_t kRailVehicle = 1;
-constexpr int32_t kScenery = 2;
+using namespace ::railwright::testing::stored;
 constexpr size_t kMsts = 37;
 constexpr size_t kRailSimulator = 38;
 constexpr size_t kRailWorks = 44;

@@ -22,9 +22,7 @@ using ::railwright::testing::PutFile;
 using ::railwright::testing::ShownMessages;
 using Strings = std::vector<std::string>;
 
-constexpr int32_t kRailNetwork = 0;
-constexpr int32_t kRailVehicle = 1;
-constexpr int32_t kScenery = 2;
+using namespace ::railwright::testing::stored;
 
 const std::string kFailed =
     "Railwright: critical: The export of your MSTS project failed. Please let us know on the "

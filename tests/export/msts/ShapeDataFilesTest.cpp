@@ -17,8 +17,7 @@ using ::railwright::testing::MatchesGolden;
 using ::railwright::testing::PutFile;
 using ::railwright::testing::ReadGolden;
 
-constexpr int32_t kRailVehicle = 1;
-constexpr int32_t kScenery = 2;
+using namespace ::railwright::testing::stored;
 
 // A depot: its body spans -1 0 -5 to 1 3 5; a placeholder above it stays out of the box; two
 // collision boxes, one around the body and one around a shed whose group sits at 1.5 0 2.
