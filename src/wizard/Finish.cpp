@@ -89,9 +89,15 @@ void frmWizard::cmdFinish_Click() {
         BuildPartCatalogue();
         return;
     }
-    if (const std::string fault = support::FileNameFault(txtProjectName.Text()); !fault.empty()) {
-        RefuseFinish(UnusableName("project name", txtProjectName.Text(), fault), kStepTitle);
-        return;
+    // Only these exports name files after the project; Trainz, Rail3D and BVE write none.
+    const bool writesFiles =
+        chkMSTS.Value() == 1 || chkRailSimulator.Value() == 1 || chkRailWorks.Value() == 1;
+    if (writesFiles) {
+        if (const std::string fault = support::FileNameFault(txtProjectName.Text());
+            !fault.empty()) {
+            RefuseFinish(UnusableName("project name", txtProjectName.Text(), fault), kStepTitle);
+            return;
+        }
     }
     if (chkMSTS.Value() == 1 && (type == kScenery || type == kRailNetwork)) {
         if (const std::string fault = support::FileNameFault(cboRoute.Text()); !fault.empty()) {
@@ -99,9 +105,7 @@ void frmWizard::cmdFinish_Click() {
             return;
         }
     }
-    const bool convertsTextures = chkConvertTextures.Value() == 1 &&
-        (chkMSTS.Value() == 1 || chkRailSimulator.Value() == 1 || chkRailWorks.Value() == 1);
-    if (convertsTextures) {
+    if (writesFiles && chkConvertTextures.Value() == 1) {
         if (const std::string refusal = UnusableTextureName(); !refusal.empty()) {
             RefuseFinish(refusal, CurrentStep());
             return;

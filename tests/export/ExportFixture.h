@@ -30,7 +30,7 @@ inline constexpr int32_t kScenery = 2;
 }  // namespace stored
 
 // The stand-in for every conversion program: records its command line through record_args into
-// calls/<sequence>-<program>, then, unless <program>.fail exists beside it (exit 1, nothing
+// calls/<sequence>-<program> (its file's name), then, unless <program>.fail exists beside it (exit 1, nothing
 // written), writes its output file. MakeACE writes its output afresh; acecomp appends to the file
 // it compresses, so that a file shows which programs worked on it.
 inline constexpr std::string_view kFakeToolScript = R"(#!/bin/sh
@@ -40,11 +40,12 @@ count=$(ls "$here/calls" | wc -l); count=$((count))
 RECORD_ARGS_FILE="$here/calls/$(printf '%03d' "$count")-$tool" "$RECORD_ARGS" "$0" "$@" || exit 125
 if [ -e "$here/$tool.fail" ]; then exit 1; fi
 out=
-case "$tool" in
-  MakeACE.exe) printf '%s\n' "$tool" > "$2"; exit 0 ;;
+lower=$(printf '%s' "$tool" | tr 'A-Z' 'a-z')
+case "$lower" in
+  makeace.exe) printf '%s\n' "$tool" > "$2"; exit 0 ;;
   acecomp.exe) out=$2 ;;
-  ToAce.exe) for a in "$@"; do case "$a" in /OUT=*) out=${a#/OUT=} ;; esac; done ;;
-  RWAceTool.exe) prev=; for a in "$@"; do [ "$prev" = "-o" ] && out=$a; prev=$a; done ;;
+  toace.exe) for a in "$@"; do case "$a" in /OUT=*) out=${a#/OUT=} ;; esac; done ;;
+  rwacetool.exe) prev=; for a in "$@"; do [ "$prev" = "-o" ] && out=$a; prev=$a; done ;;
 esac
 printf '%s\n' "$tool" >> "$out"
 )";

@@ -33,7 +33,7 @@ Scene Engine() {
         .Group("Spoke", "Wheels1")
         .At(0.7f, 0.6f, -0.2f)
         .Group("Main_Wheel_Link", "Wheels1")
-        .At(0.9f, 0.4f, 0)
+        .At(0.9f, 0.4f, 0.6f)  // reaching out behind the wheel
         .Box({-0.05f, -0.05f, -1.2f}, {0.05f, 0.05f, 1.2f})
         .Group("LinkPin", "Main_Wheel_Link")
         .At(0, 0.2f, 0.5f)
@@ -132,6 +132,27 @@ TEST(DriveWheelAnimation, TheLinkIsCarriedRoundKeepingItsAttitude) {
         ExpectNear(PositionIn(scene, "Main_Wheel_Link", "Main", time), Plus(link, shift),
                    "link, " + at);
         ExpectNear(PositionIn(scene, "LinkPin", "Main", time), Plus(pin, shift), "pin, " + at);
+    }
+}
+
+TEST(DriveWheelAnimation, TheAxleStaysPutAndTheLinkKeepsItsAttitudeAtEveryKey) {
+    Scene scene = Engine();
+    // The origin of "Wheels1" is the centre of its own box: its axle.
+    const Vector3 axle = PositionIn(scene, "Wheels1", "Main", host::kCurrentPose);
+    const auto link = scene.GroupNamed("Main_Wheel_Link");
+    const host::scene::Mat3 attitude = link->WorldAt(host::kCurrentPose).linear;
+
+    ui::script::ScriptedUserInterface ui{{}};
+    AnimateDriveWheels(*scene.scripting, ui);
+
+    for (int t = 0; t <= 8; ++t) {
+        const auto time = static_cast<float>(t);
+        const std::string at = "t = " + std::to_string(t);
+        ExpectNear(PositionIn(scene, "Wheels1", "Main", time), axle, "axle, " + at);
+        const host::scene::Mat3 turned = link->WorldAt(time).linear;
+        for (size_t i = 0; i < turned.e.size(); ++i) {
+            EXPECT_NEAR(turned.e[i], attitude.e[i], kTolerance) << "link, " << at;
+        }
     }
 }
 

@@ -86,6 +86,8 @@ TEST(WizardFinish, EachFailedCheckSaysWhyAndGoesToItsStep) {
     untitled.text = "|loco|| ||| ";
     StoredSettings unnamed = StoredVehicle(kFreightCar);
     unnamed.text = "Loco||| ||| ";
+    StoredSettings slashedMsts = StoredVehicle(kFreightCar, {{kLongMsts, 1}});
+    slashedMsts.text = "Loco|lo/co|| ||| ";
     struct Case {
         StoredSettings settings;
         std::string message;
@@ -96,6 +98,10 @@ TEST(WizardFinish, EachFailedCheckSaysWhyAndGoesToItsStep) {
         {untitled, "A project title is required.", wizard::kStepTitle},
         {unnamed, "A project name is required.", wizard::kStepTitle},
         {scenery, "A route is required.", wizard::kStepAttributes},
+        {slashedMsts,
+         "The project name \"lo/co\" cannot be used: it contains the character \"/\". Please "
+         "choose another name.",
+         wizard::kStepTitle},
     };
     for (const Case& c : cases) {
         // Finish twice: the wizard stays open after a refusal.
@@ -126,6 +132,8 @@ TEST(WizardFinish, ProjectsThatPassItsChecksCloseFinished) {
     StoredSettings railWorksScenery = CurrentSettings(
         {{kLongProjectType, kScenery}, {kLongProjectSubType, 0}, {kLongRailWorks, 1}});
     railWorksScenery.text = "Station|stn|| |||";
+    StoredSettings slashedTrainz = StoredVehicle(kFreightCar);
+    slashedTrainz.text = "Loco|lo/co|| ||| ";
     const std::vector<std::string> clearTexts = {Click("optSteps", wizard::kStepTitle),
                                                  Type("txtProjectDescription", ""),
                                                  Type("txtOperatingProcedures", "")};
@@ -142,6 +150,8 @@ TEST(WizardFinish, ProjectsThatPassItsChecksCloseFinished) {
          {},
          "Loco|loco|| ||| "},
         {"RailWorks scenery without a route", railWorksScenery, {}, "Station|stn|| |||"},
+        // Trainz writes no file, so its project name needs no file name's characters.
+        {"a Trainz name with a slash", slashedTrainz, {}, "Loco|lo/co|| ||| "},
         // An empty description or procedure is never stored: each becomes one space.
         {"empty texts", StoredVehicle(kDieselEngine), clearTexts, "Loco|loco|| ||| "},
     };

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "export/textures/DriverSteps.h"
+#include "host/scene/PartNames.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::document::shape {
@@ -14,37 +15,6 @@ namespace {
 using host::scene::Affine;
 using host::scene::Node;
 using host::scene::Vec3;
-
-// What may follow a part name's stem.
-enum class Tail {
-    None,             // the stem is the whole name
-    Number,           // one or more digits
-    NumberAndLetter,  // digits, then at most one letter (pantographs of three arms)
-};
-
-struct PartName {
-    std::string_view stem;  // upper case
-    Tail tail;
-};
-
-// The groups that identification names and the simulators move or look for by name.
-constexpr std::array<PartName, 15> kNamedParts{{
-    {"MAIN", Tail::None},
-    {"BOGIE", Tail::Number},
-    {"WHEELS", Tail::Number},
-    {"MAIN_WHEEL_LINK", Tail::None},
-    {"PISTON", Tail::None},
-    {"ROD", Tail::Number},
-    {"WIPERARMLEFT", Tail::Number},
-    {"WIPERBLADELEFT", Tail::Number},
-    {"WIPERARMRIGHT", Tail::Number},
-    {"WIPERBLADERIGHT", Tail::Number},
-    {"MIRRORLEFT", Tail::Number},
-    {"MIRRORRIGHT", Tail::Number},
-    {"PANTOGRAPHBOTTOM", Tail::NumberAndLetter},
-    {"PANTOGRAPHMIDDLE", Tail::NumberAndLetter},
-    {"PANTOGRAPHTOP", Tail::NumberAndLetter},
-}};
 
 // Parts the simulator turns about their own origin: wheelsets roll about their axle, bogies
 // swivel about their centre, and the main wheel link is carried round with the drive wheel.
@@ -57,23 +27,9 @@ bool IsLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-bool TailMatches(std::string_view tail, Tail rule) {
-    if (rule == Tail::None) {
-        return tail.empty();
-    }
-    size_t digits = 0;
-    while (digits < tail.size() && IsDigit(tail[digits])) {
-        ++digits;
-    }
-    if (digits == 0) {
-        return false;
-    }
-    const std::string_view rest = tail.substr(digits);
-    return rest.empty() || (rule == Tail::NumberAndLetter && rest.size() == 1 && IsLetter(rest[0]));
-}
-
 bool IsCentred(std::string_view upperName) {
-    return std::any_of(kCentredStems.begin(), kCentredStems.end(),
+    return host::scene::IsNamedPart(upperName) &&
+           std::any_of(kCentredStems.begin(), kCentredStems.end(),
                        [upperName](auto stem) { return upperName.substr(0, stem.size()) == stem; });
 }
 
@@ -133,15 +89,6 @@ Vec3 GeometryCentre(const std::vector<Visit>& visits, int32_t matrix, const Affi
 
 }  // namespace
 
-bool IsNamedPart(std::string_view name) {
-    const std::string upper = support::ToUpper(name);
-    const std::string_view view = upper;
-    return std::any_of(kNamedParts.begin(), kNamedParts.end(), [view](const PartName& part) {
-        return view.substr(0, part.stem.size()) == part.stem &&
-               TailMatches(view.substr(std::min(part.stem.size(), view.size())), part.tail);
-    });
-}
-
 std::string MatrixName(std::string_view groupName) {
     std::string name = support::ToUpper(groupName);
     for (char& c : name) {
@@ -156,7 +103,7 @@ std::string MatrixName(std::string_view groupName) {
     return name;
 }
 
-MatrixPlan PlanMatrices(const Node& main) {
+MatrixPlan PlanMatrices(const Node& main, MatrixChoice choice) {
     MatrixPlan plan;
     std::vector<Visit> visits;
     std::vector<Affine> sceneParentWorlds;  // per matrix
@@ -179,7 +126,8 @@ MatrixPlan PlanMatrices(const Node& main) {
         }
         Visit visit{&group, next.parentWorld * group.LocalTransform(), next.parentWorld,
                     next.parentMatrix};
-        if (next.parentMatrix < 0 || IsNamedPart(group.NameValue()) || !group.Keys().empty()) {
+        if (next.parentMatrix < 0 || choice == MatrixChoice::EveryGroup ||
+            host::scene::IsNamedPart(group.NameValue()) || !group.Keys().empty()) {
             PlannedMatrix matrix;
             matrix.name = MatrixName(group.NameValue());
             matrix.parent = next.parentMatrix;

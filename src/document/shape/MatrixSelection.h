@@ -4,7 +4,9 @@
 // A group keeps a matrix of its own when it must move or stay separate: "Main" itself, the
 // named parts (bogies, wheelsets, drive wheels, the main wheel link, the piston, rods, wipers,
 // mirrors, pantograph parts) and every group with animation keys. Every other group is merged
-// into its nearest kept ancestor: its geometry is carried into that matrix's frame. Placeholder
+// into its nearest kept ancestor: its geometry is carried into that matrix's frame, unless the
+// model asks for every group to keep its own matrix (signal heads and other sub-objects that a
+// route animates by their names). Placeholder
 // groups and everything under them are left out. Matrices come in the tree's order (a parent
 // before its children), "Main" first.
 //
@@ -54,14 +56,18 @@ struct MatrixPlan {
     std::vector<GeometrySource> sources;  // in the tree's order
 };
 
-// Whether a group of this name keeps a matrix of its own whatever its animation.
-bool IsNamedPart(std::string_view name);
-
 // The matrix name of a group: upper case, with every character that cannot stand in a token of
 // the shape (spaces, brackets, quotes, a leading comment mark) replaced by '_'.
 std::string MatrixName(std::string_view groupName);
 
-MatrixPlan PlanMatrices(const host::scene::Node& main);
+// Which groups keep a matrix of their own.
+enum class MatrixChoice {
+    NamedAndAnimated,  // "Main", the named parts and the animated groups; the rest is merged
+    EveryGroup,        // every group, named as the group, so that a route can move any of them
+};
+
+MatrixPlan PlanMatrices(const host::scene::Node& main,
+                        MatrixChoice choice = MatrixChoice::NamedAndAnimated);
 
 // A matrix of the scene's axes as the shape writes it: mirrored in X, rows A, B, C (the images
 // of the X, Y and Z axes) and D (the translation).

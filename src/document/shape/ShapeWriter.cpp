@@ -47,7 +47,9 @@ BuiltShape BuildShape(const host::scene::Node& main, const host::scene::FieldSlo
     BuiltShape built;
     ShapeData& shape = built.data;
 
-    const MatrixPlan plan = PlanMatrices(main);
+    const MatrixPlan plan = PlanMatrices(main, options.retainSubObjects
+                                                   ? MatrixChoice::EveryGroup
+                                                   : MatrixChoice::NamedAndAnimated);
     for (const PlannedMatrix& matrix : plan.matrices) {
         shape.matrices.push_back({matrix.name, MatrixRows(matrix.local)});
         shape.hierarchy.push_back(matrix.parent);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/scene/Model.h"
+#include "host/scene/PartNames.h"
 
 namespace railwright::host::scene {
 
@@ -143,7 +144,8 @@ Bounds Node::GetBounds(SceneGroup& frame, float time) {
     failures_->Check("SceneGroup.GetBounds");
     const Node& frameNode = FrameNode(frame, "SceneGroup.GetBounds");
     BoxAccumulator box;
-    CollectBounds(ThisToFrame(frameNode, time), time, {}, box);
+    CollectBounds(ThisToFrame(frameNode, time), time, {}, box,
+                  IsWheelset(name_) ? NamedPartsBelow::LeftOut : NamedPartsBelow::Included);
     return box.Result();
 }
 
@@ -236,7 +238,7 @@ bool Node::IsDescendantOf(const Node& ancestor) const {
 }
 
 void Node::CollectBounds(const Affine& toFrame, float time, std::string_view excludePrefix,
-                         BoxAccumulator& box) const {
+                         BoxAccumulator& box, NamedPartsBelow namedParts) const {
     if (!excludePrefix.empty() && StartsWithIgnoringCase(name_, excludePrefix)) {
         return;
     }
@@ -246,7 +248,11 @@ void Node::CollectBounds(const Affine& toFrame, float time, std::string_view exc
         }
     }
     for (const std::shared_ptr<Node>& child : children_) {
-        child->CollectBounds(toFrame * child->LocalAt(time), time, excludePrefix, box);
+        if (namedParts == NamedPartsBelow::LeftOut && IsNamedPart(child->name_)) {
+            continue;
+        }
+        child->CollectBounds(toFrame * child->LocalAt(time), time, excludePrefix, box,
+                             namedParts);
     }
 }
 

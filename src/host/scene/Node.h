@@ -70,6 +70,9 @@ private:
 // Whether `name` begins with `prefix`, comparing ASCII letters without regard to case.
 bool StartsWithIgnoringCase(std::string_view name, std::string_view prefix);
 
+// Whether a box takes in the named parts (PartNames.h) below the group it is the box of.
+enum class NamedPartsBelow { Included, LeftOut };
+
 class Node final : public host::SceneGroup, public std::enable_shared_from_this<Node> {
 public:
     // Made by Model::Create and Model::AddGroup.
@@ -90,7 +93,9 @@ public:
     // every group on the way uses its key at exactly that time, if it has one.
     Vector3 GetPosition(SceneGroup& frame, float time) override;
     // The axis-aligned box, in the frame of `frame`, of the vertices of this group and all its
-    // descendants. A group without any geometry gives a box of all zeros.
+    // descendants. A wheelset's box leaves out the named parts hung on it (the main wheel link
+    // under "Wheels1") and everything under them, so that its centre is the axle it turns about.
+    // A group without any geometry gives a box of all zeros.
     Bounds GetBounds(SceneGroup& frame, float time) override;
     int32_t KeyCount() override;
     // `position` and `rotation` are this group's pose in the frame of `frame` at `time`; they
@@ -126,7 +131,8 @@ public:
     // frame to the target frame), leaving out every group whose name begins with
     // `excludePrefix` (unless it is empty) together with its descendants.
     void CollectBounds(const Affine& toFrame, float time, std::string_view excludePrefix,
-                       BoxAccumulator& box) const;
+                       BoxAccumulator& box,
+                       NamedPartsBelow namedParts = NamedPartsBelow::Included) const;
 
 private:
     friend class Model;

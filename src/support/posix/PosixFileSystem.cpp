@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "support/SupportingFunctions.h"
 #include "support/posix/Environment.h"
 
 namespace railwright::support::posix {
@@ -238,6 +239,24 @@ bool PosixFileSystem::WriteFile(const std::string& path, std::string_view bytes)
 
 std::optional<std::string> PosixFileSystem::ReadFile(const std::string& path) {
     return ReadWholeFile(path);
+}
+
+std::string FindFileIgnoringCase(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+        return path;
+    }
+    const size_t slash = path.find_last_of('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const std::string_view leaf =
+        slash == std::string::npos ? std::string_view(path) : std::string_view(path).substr(slash + 1);
+    const std::vector<std::string> found =
+        ListEntries(folder, EntryKind::File,
+                    [leaf](std::string_view name) { return EqualsIgnoreCase(name, leaf); });
+    if (found.empty()) {
+        return {};
+    }
+    return slash == std::string::npos ? found.front() : folder + found.front();
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path) {

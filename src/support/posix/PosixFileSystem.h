@@ -21,6 +21,12 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern);
 // must exist.
 [[nodiscard]] bool ReplaceFile(const std::string& path, std::string_view bytes);
 
+// The regular file that `path` names, found as Windows finds it: `path` itself when it is one,
+// else the file of its folder whose name equals the last component without regard to case (the
+// first in ListFiles order), the same test by which a tool is looked for in the tools folder.
+// Empty when there is none.
+std::string FindFileIgnoringCase(const std::string& path);
+
 // The whole of a regular file; empty when it cannot be read.
 std::optional<std::string> ReadWholeFile(const std::string& path);
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "support/CommandLine.h"
+#include "support/posix/PosixFileSystem.h"
 
 extern char** environ;
 
@@ -143,7 +144,9 @@ std::string FindProgram(const std::string& program) {
         return {};
     }
     if (program.find('/') != std::string::npos) {
-        return IsExecutableFile(program) ? program : std::string();
+        // Named by its path, as the tools are: found without regard to case, as on Windows.
+        const std::string file = FindFileIgnoringCase(program);
+        return !file.empty() && IsExecutableFile(file) ? file : std::string();
     }
     const std::string path = SearchPath();
     size_t start = 0;

@@ -48,9 +48,9 @@ private:
     std::shared_ptr<EndedChildren> ended_;
 };
 
-// The executable file that a program name names: the name itself when it holds "/", otherwise
-// the first match along $PATH (an empty entry meaning the current folder). Empty when there is
-// no executable regular file.
+// The executable file that a program name names: when it holds "/", the file of that path found
+// without regard to case (FindFileIgnoringCase); otherwise the first match along $PATH (an empty
+// entry meaning the current folder). Empty when there is no executable regular file.
 std::string FindProgram(const std::string& program);
 
 }  // namespace railwright::support::posix

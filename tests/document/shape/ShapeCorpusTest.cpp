@@ -67,7 +67,7 @@ TEST(ShapeCorpus, EveryModelThatLoadsWritesASoundShapeWithAllItsTriangles) {
         const host::scene::Node& root = *model.Root();
         const std::vector<Triangle> expected = ExpectedTriangles(root);
         for (const int32_t setting : {0, 1}) {
-            const ReadShape read = WriteAndRead(root, model, setting).read;
+            const ReadShape read = WriteAndRead(root, model, {setting}).read;
             if (!read.error.empty() || read.levels.empty()) {
                 break;
             }
@@ -139,7 +139,7 @@ TEST(ShapeCorpus, TheCargoWagonIsPlacedExactlyWhateverItsDistanceLevels) {
     const host::scene::Scene& scene = train->Scene();
     const auto main = scene.GroupNamed("Main");
     for (const int32_t setting : {0, 2}) {
-        const ReadShape read = WriteAndRead(*main, *scene.model, setting).read;
+        const ReadShape read = WriteAndRead(*main, *scene.model, {setting}).read;
         EXPECT_EQ(read.matrixNames, (std::vector<std::string>{"MAIN", "WHEELS11", "WHEELS12",
                                                               "WHEELS21", "WHEELS22"}));
         const std::vector<Triangle> expected = ExpectedTriangles(*main);

@@ -27,9 +27,9 @@ struct Written {
 
 // Builds the shape of `main`, turns it into text and reads that back; the read must be sound.
 inline Written WriteAndRead(const host::scene::Node& main, const host::scene::Model& model,
-                            int32_t distanceLevels = 0) {
+                            const ShapeOptions& options = {}) {
     Written written;
-    written.built = BuildShape(main, model.MaterialFields(), {distanceLevels});
+    written.built = BuildShape(main, model.MaterialFields(), options);
     EXPECT_EQ(written.built.error, "");
     written.text = ShapeText(written.built.data);
     written.read = ReadShapeFile(written.text);

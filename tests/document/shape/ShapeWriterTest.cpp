@@ -86,6 +86,41 @@ TEST(ShapeWriter, KeepsTheNamedPartsMergesTheRestAndPlacesEveryTriangle) {
     }
 }
 
+TEST(ShapeWriter, ASignalRetainingItsSubObjectsKeepsAMatrixForEveryGroup) {
+    const Scene scene = SceneBuilder("Signal")
+                            .Group("Main")
+                            .Box({-0.1f, 0, -0.1f}, {0.1f, 5, 0.1f}, "post.tga")
+                            .Group("Head 1", "Main")
+                            .At(0, 5, 0)
+                            .Rotated(0, 0.3f, 0)
+                            .Box({-0.3f, 0, -0.2f}, {0.3f, 1, 0}, "head.tga")
+                            .Group("Lamp", "Head 1")
+                            .At(0, 0.5f, 0.05f)
+                            .Box({-0.1f, -0.1f, 0}, {0.1f, 0.1f, 0.05f}, "lamp.tga")
+                            .Group("Arm", "Main")
+                            .At(0.2f, 4, 0)
+                            .Box({0, 0, 0}, {1, 0.1f, 0.05f}, "post.tga")
+                            .Group("RailwrightPlaceholder-Marker", "Main")
+                            .Build();
+    const auto main = scene.GroupNamed("Main");
+    struct Case {
+        bool retained;
+        std::vector<std::string> names;
+        std::vector<int32_t> hierarchy;
+    };
+    const Case cases[] = {
+        {false, {"MAIN"}, {-1}},
+        {true, {"MAIN", "HEAD_1", "LAMP", "ARM"}, {-1, 0, 1, 0}},
+    };
+    for (const Case& c : cases) {
+        const ReadShape read = WriteAndRead(*main, *scene.model, {0, c.retained}).read;
+        EXPECT_EQ(read.matrixNames, c.names) << c.retained;
+        EXPECT_EQ(read.hierarchy, c.hierarchy) << c.retained;
+        ASSERT_EQ(read.levels.size(), 1u);
+        EXPECT_TRUE(SameTriangles(ExpectedTriangles(*main), read.levels[0].placed)) << c.retained;
+    }
+}
+
 TEST(ShapeWriter, MirrorsXAndTurnsTheCornersClockwise) {
     // One triangle, counter-clockwise seen from +Z in the scene.
     host::scene::Shape triangle{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, nullptr};
@@ -267,7 +302,7 @@ TEST(ShapeDistanceLevels, EachSettingWritesItsLevelsFromNearToFar) {
     const std::vector<testing::Triangle> all = ExpectedTriangles(*main);
     for (const Case& c : cases) {
         SCOPED_TRACE(c.setting);
-        const auto written = WriteAndRead(*main, *scene.model, c.setting);
+        const auto written = WriteAndRead(*main, *scene.model, {c.setting});
         const ReadShape& read = written.read;
         ASSERT_EQ(read.levels.size(), c.distances.size());
         for (size_t i = 0; i < c.distances.size(); ++i) {
@@ -287,14 +322,14 @@ TEST(ShapeDistanceLevels, SimplifyingThinsTheBodyAndStandardLevelsDropSmallParts
     const auto main = scene.GroupNamed("Main");
     const size_t full = 60 * 60 * 2 + 2 * 12;
 
-    const ReadShape simplified = WriteAndRead(*main, *scene.model, 1).read;
+    const ReadShape simplified = WriteAndRead(*main, *scene.model, {1}).read;
     EXPECT_EQ(simplified.levels[0].triangles, full);
     // 0.2 m cells over a 3 m by 6 m roof, then 0.6 m cells.
     EXPECT_LT(simplified.levels[1].triangles, full / 4);
     EXPECT_LT(simplified.levels[2].triangles, simplified.levels[1].triangles / 4);
     EXPECT_GT(simplified.levels[2].triangles, 0u);
 
-    const ReadShape standard = WriteAndRead(*main, *scene.model, 2).read;
+    const ReadShape standard = WriteAndRead(*main, *scene.model, {2}).read;
     // At 600 m the mirror (0.2 m) is gone; at 2000 m the wheels (1.4 m) stay.
     EXPECT_EQ(standard.levels[1].triangles, full - 12);
     EXPECT_EQ(standard.levels[2].triangles, full - 12);

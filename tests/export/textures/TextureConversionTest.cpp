@@ -226,6 +226,15 @@ TEST_F(TextureConversionTest, AProgramThatLeavesNoOutputHasFailed) {
                       "in a format not permitted by Microsoft Train Simulator."});
 }
 
+TEST_F(TextureConversionTest, ToolsAreFoundAndRunWhateverTheCaseOfTheirNames) {
+    std::filesystem::rename(tools.Path("acecomp.exe"), tools.Path("ACECOMP.EXE"));
+    std::filesystem::rename(tools.Path("MakeACE.exe"), tools.Path("makeace.exe"));
+    EXPECT_TRUE(Convert({"body.bmp", false, "None"}, Settings(TextureTarget::Msts, kLossyCompression))
+                    .empty());
+    EXPECT_EQ(tools.ToolsRun(), (Strings{"makeace.exe", "ACECOMP.EXE"}));
+    EXPECT_EQ(GetFile(targetFolder + "/body.ACE"), "makeace.exe\nACECOMP.EXE\n");
+}
+
 TEST_F(TextureConversionTest, OtherSimulatorsAreNotConvertedYet) {
     const struct {
         TextureTarget target;

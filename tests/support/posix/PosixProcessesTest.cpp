@@ -111,6 +111,15 @@ TEST_F(PosixProcessesTest, AProgramInAFolderWithBlanksStartsWhenQuoted) {
     EXPECT_EQ(Lines(GetFile(output)), (std::vector<std::string>{program, output, "--exit=3"}));
 }
 
+TEST_F(PosixProcessesTest, AProgramNamedByItsPathIsFoundWithoutRegardToCase) {
+    std::filesystem::copy_file(kRecordArgs, temp / "ACECOMP.EXE");
+    const std::optional<int32_t> taskId = processes.Launch(
+        QuoteArgument(temp / "acecomp.exe") + " " + QuoteArgument(output), WindowStyle::Hidden);
+    ASSERT_TRUE(taskId);
+    EXPECT_EQ(WaitFor(*taskId), 0);
+    EXPECT_EQ(Lines(GetFile(output)).size(), 2u);
+}
+
 TEST_F(PosixProcessesTest, AProgramNameIsLookedUpInThePath) {
     const std::optional<int32_t> taskId =
         processes.Launch(R"(sh -c "exit 7")", WindowStyle::Hidden);
