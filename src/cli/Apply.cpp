@@ -63,29 +63,6 @@ bool IsFolder(const std::string& path) {
     return std::filesystem::is_directory(railwright::support::PathFromUtf8(path), error);
 }
 
-// Selects a group in the view by name (the first of that name in scene order) or by index.
-std::string Pick(host::scene::Scene& scene, const std::variant<std::string, int32_t>& target) {
-    host::Scripting& scripting = *scene.scripting;
-    const int32_t count = scripting.GroupCount();
-    if (const int32_t* index = std::get_if<int32_t>(&target)) {
-        if (*index < 0 || *index >= count) {
-            return "the model has no group " + std::to_string(*index) + " (it has " +
-                   std::to_string(count) + ")";
-        }
-        scene.viewer->Pick(scripting.Group(*index));
-        return {};
-    }
-    const std::string& name = std::get<std::string>(target);
-    for (int32_t i = 0; i < count; ++i) {
-        std::shared_ptr<host::SceneGroup> group = scripting.Group(i);
-        if (group->Name() == name) {
-            scene.viewer->Pick(group);
-            return {};
-        }
-    }
-    return "the model has no group \"" + name + "\"";
-}
-
 }  // namespace
 
 int Apply(const ApplyOptions& options, Console console) {
@@ -129,7 +106,7 @@ int Apply(const ApplyOptions& options, Console console) {
     Services services(options.settings);
     const bool showProgress = console.errIsTerminal && !options.quiet;
     CommandLineInterface ui(std::move(*parsed.script), err, showProgress);
-    ui.SetPicker([&scene](const auto& target) { return Pick(scene, target); });
+    ui.SetPicker([&scene](const support::GroupTarget& group) { return scene.PickGroup(group); });
     support::Platform platform = services.MakePlatform(ui);
 
     scene.application->SetRegistryName(kApplicationName);

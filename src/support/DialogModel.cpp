@@ -11,11 +11,19 @@ Control::Control(DialogModel& owner, ControlKind kind, std::string name, int ind
     }
 }
 
+void Control::SetCaption(std::string caption) {
+    if (caption != caption_) {
+        caption_ = std::move(caption);
+        owner_.Changed();
+    }
+}
+
 void Control::SetText(std::string text) {
     if (text == text_) {
         return;
     }
     text_ = std::move(text);
+    owner_.Changed();
     if (onChange) {
         onChange();
     }
@@ -26,11 +34,59 @@ void Control::SetValue(int32_t value) {
         return;
     }
     value_ = value;
+    owner_.Changed();
     if (kind_ == ControlKind::OptionButton && value != 0) {
         owner_.ClearOtherOptions(*this);
     }
     if (onClick) {
         onClick();
+    }
+}
+
+void Control::SetVisible(bool visible) {
+    if (visible != visible_) {
+        visible_ = visible;
+        owner_.Changed();
+    }
+}
+
+void Control::SetEnabled(bool enabled) {
+    if (enabled != enabled_) {
+        enabled_ = enabled;
+        owner_.Changed();
+    }
+}
+
+void Control::SetToolTipText(std::string text) {
+    if (text != toolTipText_) {
+        toolTipText_ = std::move(text);
+        owner_.Changed();
+    }
+}
+
+void Control::SetContainer(Control& frame) {
+    container_ = &frame;
+    owner_.Changed();
+}
+
+void Control::SetTabIndex(int tabIndex) {
+    tabIndex_ = tabIndex;
+    owner_.Changed();
+}
+
+void Control::Move(int32_t left, int32_t top) {
+    if (left != left_ || top != top_) {
+        left_ = left;
+        top_ = top;
+        owner_.Changed();
+    }
+}
+
+void Control::Resize(int32_t width, int32_t height) {
+    if (width != width_ || height != height_) {
+        width_ = width;
+        height_ = height;
+        owner_.Changed();
     }
 }
 
@@ -44,8 +100,9 @@ bool Control::Reachable() const {
 }
 
 void Control::SetFont(Font font) {
-    if (font_) {
+    if (font_ && *font_ != font) {
         font_ = std::move(font);
+        owner_.Changed();
     }
 }
 
@@ -53,15 +110,20 @@ void Control::Clear() {
     list_.clear();
     listIndex_ = -1;
     text_.clear();
+    owner_.Changed();
 }
 
-void Control::AddItem(std::string item) { list_.push_back(std::move(item)); }
+void Control::AddItem(std::string item) {
+    list_.push_back(std::move(item));
+    owner_.Changed();
+}
 
 void Control::SetListIndex(int index) {
     if (index < -1 || index >= static_cast<int>(list_.size()) || index == listIndex_) {
         return;
     }
     listIndex_ = index;
+    owner_.Changed();
     text_ = index < 0 ? std::string{} : list_[static_cast<size_t>(index)];
     if (onClick) {
         onClick();
@@ -79,11 +141,36 @@ int Control::FindItem(std::string_view text) const {
 
 DialogModel::DialogModel(std::string name) : name_(std::move(name)) {}
 
+void DialogModel::SetCaption(std::string caption) {
+    if (caption != caption_) {
+        caption_ = std::move(caption);
+        Changed();
+    }
+}
+
+void DialogModel::SetFormFont(Font font) {
+    if (font != formFont_) {
+        formFont_ = std::move(font);
+        Changed();
+    }
+}
+
+void DialogModel::SetDefaultButton(Control& button) {
+    defaultButton_ = &button;
+    Changed();
+}
+
+void DialogModel::SetCancelButton(Control& button) {
+    cancelButton_ = &button;
+    Changed();
+}
+
 void DialogModel::Load() {
     if (loaded_) {
         return;
     }
     loaded_ = true;
+    Changed();
     OnLoad();
 }
 
@@ -93,6 +180,7 @@ void DialogModel::Unload() {
     }
     OnUnload();
     loaded_ = false;
+    Changed();
 }
 
 std::vector<Control*> DialogModel::Controls() {
@@ -104,8 +192,21 @@ std::vector<Control*> DialogModel::Controls() {
     return all;
 }
 
+std::vector<const Control*> DialogModel::Controls() const {
+    std::vector<const Control*> all;
+    all.reserve(controls_.size());
+    for (const Control& control : controls_) {
+        all.push_back(&control);
+    }
+    return all;
+}
+
 Control* DialogModel::Find(std::string_view name, int index) {
-    for (Control& control : controls_) {
+    return const_cast<Control*>(std::as_const(*this).Find(name, index));
+}
+
+const Control* DialogModel::Find(std::string_view name, int index) const {
+    for (const Control& control : controls_) {
         if (control.Name() == name && control.Index() == index) {
             return &control;
         }
@@ -166,12 +267,24 @@ void DialogModel::Leave(Control& control) {
 }
 
 void DialogModel::Move(int32_t left, int32_t top) {
-    left_ = left;
-    top_ = top;
+    if (left != left_ || top != top_) {
+        left_ = left;
+        top_ = top;
+        Changed();
+    }
+}
+
+void DialogModel::Resize(int32_t width, int32_t height) {
+    if (width != width_ || height != height_) {
+        width_ = width;
+        height_ = height;
+        Changed();
+    }
 }
 
 Control& DialogModel::Add(ControlKind kind, std::string name, std::string caption) {
     Control& control = controls_.emplace_back(*this, kind, std::move(name), -1);
+    control.tabIndex_ = static_cast<int>(controls_.size()) - 1;
     control.SetCaption(std::move(caption));
     return control;
 }
@@ -179,7 +292,9 @@ Control& DialogModel::Add(ControlKind kind, std::string name, std::string captio
 ControlArray DialogModel::AddArray(ControlKind kind, const std::string& name, int count) {
     ControlArray array;
     for (int i = 0; i < count; ++i) {
-        array.elements_.push_back(&controls_.emplace_back(*this, kind, name, i));
+        Control& element = controls_.emplace_back(*this, kind, name, i);
+        element.tabIndex_ = static_cast<int>(controls_.size()) - 1;
+        array.elements_.push_back(&element);
     }
     return array;
 }

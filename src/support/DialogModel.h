@@ -2,8 +2,13 @@
 //
 // A dialog model owns its controls; a subclass declares each control as a member reference named
 // as the control is named (txtMass, chkMSTS, optSteps...) and attaches its event handlers to them.
-// A front end (Win32 dialogs, the event script, a test) mirrors the controls' state and forwards
-// the user's actions through Click, Select, Type and Leave. It holds no rule of its own.
+// A front end (Win32 dialogs, the web page, the event script) reaches a dialog model only through
+// the modal stack (support/ModalStack.h): it reads the controls through const access and hands
+// the user's actions to ModalStack::Dispatch, which applies the reachability rules and calls
+// Click, Select and Type. It holds no rule of its own.
+//
+// Every change of a control's or of the dialog's state raises the dialog's Revision(), so that a
+// front end can tell whether it has to show the state anew.
 //
 // Events follow the conventions the dialogs were designed with: changing a check box's or option
 // button's value, or a combo box's selection, runs its click handler whether the user or the code
@@ -50,7 +55,7 @@ public:
     int Index() const { return index_; }
 
     const std::string& Caption() const { return caption_; }
-    void SetCaption(std::string caption) { caption_ = std::move(caption); }
+    void SetCaption(std::string caption);
 
     // A text box's text; a combo box's text is its selected entry.
     const std::string& Text() const { return text_; }
@@ -62,32 +67,37 @@ public:
     void SetValue(int32_t value);
 
     bool Visible() const { return visible_; }
-    void SetVisible(bool visible) { visible_ = visible; }
+    void SetVisible(bool visible);
     bool Enabled() const { return enabled_; }
-    void SetEnabled(bool enabled) { enabled_ = enabled; }
+    void SetEnabled(bool enabled);
 
     // The hint shown when the pointer rests on the control.
     const std::string& ToolTipText() const { return toolTipText_; }
-    void SetToolTipText(std::string text) { toolTipText_ = std::move(text); }
+    void SetToolTipText(std::string text);
 
     // The frame that holds the control, or null for one placed on the form itself. A control
     // can be used only while it and every frame around it are visible and enabled.
-    Control* Container() const { return container_; }
-    void SetContainer(Control& frame) { container_ = &frame; }
+    const Control* Container() const { return container_; }
+    void SetContainer(Control& frame);
     bool Reachable() const;
+
+    // The control's place in the order the Tab key visits the controls (lowest first); by default
+    // the order in which the dialog added them. Labels and frames take no focus: the order passes
+    // them by.
+    int TabIndex() const { return tabIndex_; }
+    void SetTabIndex(int tabIndex);
 
     // Position within the container and size, in pixels.
     int32_t Left() const { return left_; }
     int32_t Top() const { return top_; }
     int32_t Width() const { return width_; }
     int32_t Height() const { return height_; }
-    void Move(int32_t left, int32_t top) {
-        left_ = left;
-        top_ = top;
-    }
-    void Resize(int32_t width, int32_t height) {
-        width_ = width;
-        height_ = height;
+    void Move(int32_t left, int32_t top);
+    void Resize(int32_t width, int32_t height);
+    // Both at once.
+    void Place(int32_t left, int32_t top, int32_t width, int32_t height) {
+        Move(left, top);
+        Resize(width, height);
     }
 
     // Empty for controls without a font (the view).
@@ -116,6 +126,7 @@ private:
     std::string caption_;
     std::string toolTipText_;
     Control* container_ = nullptr;
+    int tabIndex_ = 0;
     int32_t left_ = 0;
     int32_t top_ = 0;
     int32_t width_ = 0;
@@ -151,9 +162,23 @@ public:
 
     const std::string& Name() const { return name_; }
 
+    // The title bar's text.
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(std::string caption);
+
     // The form's own font.
     const Font& FormFont() const { return formFont_; }
-    void SetFormFont(Font font) { formFont_ = std::move(font); }
+    void SetFormFont(Font font);
+
+    // The buttons that Enter and Escape press, or null. A front end forwards the key as a click on
+    // the button, so that the button's own rules (reachable, enabled) apply.
+    const Control* DefaultButton() const { return defaultButton_; }
+    const Control* CancelButton() const { return cancelButton_; }
+    void SetDefaultButton(Control& button);
+    void SetCancelButton(Control& button);
+
+    // Grows with every change of the dialog's or any of its controls' state.
+    uint64_t Revision() const { return revision_; }
 
     // Loading runs OnLoad once; unloading runs OnUnload and closes the dialog. A dialog shown
     // modally stays up until it is unloaded.
@@ -163,8 +188,10 @@ public:
 
     // Every control, in the order they were added.
     std::vector<Control*> Controls();
+    std::vector<const Control*> Controls() const;
     // The control of that name (and array index, -1 for none), or null.
     Control* Find(std::string_view name, int index = -1);
+    const Control* Find(std::string_view name, int index = -1) const;
     bool IsArray(std::string_view name) const;
 
     // A user's actions, as a front end forwards them.
@@ -174,10 +201,13 @@ public:
     void Type(Control& control, std::string text);
     void Leave(Control& control);
 
-    // The window position, in pixels.
+    // The window position on the screen and the size of its client area, in pixels.
     int32_t Left() const { return left_; }
     int32_t Top() const { return top_; }
+    int32_t Width() const { return width_; }
+    int32_t Height() const { return height_; }
     void Move(int32_t left, int32_t top);
+    void Resize(int32_t width, int32_t height);
 
 protected:
     Control& Add(ControlKind kind, std::string name, std::string caption = {});
@@ -189,13 +219,20 @@ protected:
 private:
     friend class Control;
     void ClearOtherOptions(Control& chosen);
+    void Changed() { ++revision_; }
 
     std::string name_;
+    std::string caption_;
     Font formFont_;
     std::deque<Control> controls_;
+    const Control* defaultButton_ = nullptr;
+    const Control* cancelButton_ = nullptr;
     bool loaded_ = false;
     int32_t left_ = 0;
     int32_t top_ = 0;
+    int32_t width_ = 0;
+    int32_t height_ = 0;
+    uint64_t revision_ = 0;
 };
 
 }  // namespace railwright::support

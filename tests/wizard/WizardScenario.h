@@ -36,13 +36,14 @@ class RecordingUserInterface : public ui::script::ScriptedUserInterface {
   public:
     using ScriptedUserInterface::ScriptedUserInterface;
 
-    void ShowModal(support::DialogModel& dialog) override {
-        ScriptedUserInterface::ShowModal(dialog);
+  protected:
+    void Closed(const support::DialogModel& dialog) override {
         if (dialog.Name() == "frmWarn") {
             warnings.push_back(dialog.Find("lblWarning")->Caption());
         }
     }
 
+  public:
     std::vector<std::string> warnings;
 };
 
@@ -55,27 +56,9 @@ inline host::scene::Scene PreparedScene() {
         .Build();
 }
 
-// Picks in the view of the scene for an event script: a group by name (the first of that name in
-// scene order) or by its index.
-inline ui::script::ScriptedUserInterface::Picker ScenePicker(host::scene::Scene& scene) {
-    return [&scene](const std::variant<std::string, int32_t>& which) -> std::string {
-        std::shared_ptr<host::scene::Node> group;
-        if (const auto* name = std::get_if<std::string>(&which)) {
-            group = scene.model->FindGroup(*name);
-            if (!group) {
-                return "the model has no group \"" + *name + "\"";
-            }
-        } else {
-            const int32_t index = std::get<int32_t>(which);
-            const auto& order = scene.model->GroupOrder();
-            if (index < 0 || index >= static_cast<int32_t>(order.size())) {
-                return "the model has no group " + std::to_string(index);
-            }
-            group = order[static_cast<size_t>(index)];
-        }
-        scene.viewer->Pick(group);
-        return {};
-    };
+// Picks in the view of the scene, as the railwright command does.
+inline support::ModalStack::Picker ScenePicker(host::scene::Scene& scene) {
+    return [&scene](const support::GroupTarget& group) { return scene.PickGroup(group); };
 }
 
 struct StoredSettings {

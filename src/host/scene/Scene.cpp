@@ -66,6 +66,27 @@ std::shared_ptr<Node> Scene::GroupNamed(std::string_view name) const {
     return group;
 }
 
+std::string Scene::PickGroup(const std::variant<std::string, int32_t>& group) const {
+    const int32_t count = scripting->GroupCount();
+    if (const int32_t* index = std::get_if<int32_t>(&group)) {
+        if (*index < 0 || *index >= count) {
+            return "the model has no group " + std::to_string(*index) + " (it has " +
+                   std::to_string(count) + ")";
+        }
+        viewer->Pick(scripting->Group(*index));
+        return {};
+    }
+    const std::string& name = std::get<std::string>(group);
+    for (int32_t i = 0; i < count; ++i) {
+        std::shared_ptr<SceneGroup> candidate = scripting->Group(i);
+        if (candidate->Name() == name) {
+            viewer->Pick(candidate);
+            return {};
+        }
+    }
+    return "the model has no group \"" + name + "\"";
+}
+
 SceneBuilder::SceneBuilder(const std::string& rootName)
     : scene_(Scene::Create(rootName)), current_(scene_.model->Root()) {}
 

@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "host/Host.h"
@@ -38,6 +39,10 @@ struct Scene {
     // The first group of this name (case ignored) in scene order; throws std::invalid_argument
     // when there is none.
     std::shared_ptr<Node> GroupNamed(std::string_view name) const;
+    // The user clicks a group in the view: by name (the first group of exactly that name in
+    // Scripting.Group order) or by its index in that order. An error text for a group the model
+    // does not have, empty when the pick was made.
+    std::string PickGroup(const std::variant<std::string, int32_t>& group) const;
 };
 
 class SceneBuilder {

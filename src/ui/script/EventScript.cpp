@@ -92,31 +92,6 @@ std::optional<std::string> ParseEvent(const json& item, ScriptEvent& event) {
 
 }  // namespace
 
-std::string ScriptEvent::Describe() const {
-    switch (kind) {
-        case EventKind::Pick:
-            if (const auto* name = std::get_if<std::string>(&group)) {
-                return "pick \"" + *name + "\"";
-            }
-            return "pick " + std::to_string(std::get<int32_t>(group));
-        case EventKind::Click:
-        case EventKind::Select:
-        case EventKind::Type: {
-            static const char* const kNames[] = {"click", "select", "type"};
-            std::string described =
-                std::string(kNames[static_cast<int>(kind)]) + " \"" + control + "\"";
-            if (index) {
-                described += " " + std::to_string(*index);
-            }
-            if (kind != EventKind::Click) {
-                described += " \"" + text + "\"";
-            }
-            return described;
-        }
-    }
-    return {};
-}
-
 ParseResult ParseEventScript(std::string_view text) {
     ParseResult result;
     if (NestingDepth(text) > kMaxNesting) {

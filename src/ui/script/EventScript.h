@@ -9,27 +9,19 @@
 //     "answers": [ "Yes" ] }
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
+
+#include "support/ModalStack.h"
 
 namespace railwright::ui::script {
 
-enum class EventKind { Click, Select, Type, Pick };
-
-struct ScriptEvent {
-    EventKind kind = EventKind::Click;
-    std::string control;       // the control's name (Click, Select, Type)
-    std::optional<int> index;  // the element of a control array
-    std::string text;          // the entry (Select) or the text (Type)
-    std::variant<std::string, int32_t> group;  // the group to pick, by name or index (Pick)
-
-    // The event as a short text for messages, e.g. click "optSteps" 4.
-    std::string Describe() const;
-};
+// A script's events are the user events of the modal stack; a script never holds an answer among
+// them (answers are a list of their own).
+using EventKind = support::UserEventKind;
+using ScriptEvent = support::UserEvent;
 
 enum class Answer { Yes, No };
 
