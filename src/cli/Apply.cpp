@@ -11,6 +11,7 @@
 #include "document/shape/ShapeWriter.h"
 #include "plugin/ProductExports.h"
 #include "plugin/Railwright.h"
+#include "settings/Slots.h"
 #include "support/SupportingFunctions.h"
 #include "support/Utf8Paths.h"
 #include "ui/script/ScriptedUserInterface.h"
@@ -20,9 +21,6 @@ namespace {
 
 // The application name under which the command keeps its per-user settings.
 constexpr const char* kApplicationName = "Railwright";
-// The model's settings of the shape's distance levels and of keeping every group's matrix.
-constexpr size_t kDistanceLevelsLong = 30;
-constexpr size_t kRetainSubObjectsLong = 31;
 
 // The scripted front end, with progress on a terminal.
 class CommandLineInterface : public ui::script::ScriptedUserInterface {
@@ -128,8 +126,9 @@ int Apply(const ApplyOptions& options, Console console) {
     exporters.exportShape = [&](host::SceneGroup& mainGroup, const std::string& file) {
         const std::vector<int32_t>& longs = model.UserDataLongs();
         const document::shape::ShapeOptions shapeOptions{
-            longs.size() > kDistanceLevelsLong ? longs[kDistanceLevelsLong] : 0,
-            longs.size() > kRetainSubObjectsLong && longs[kRetainSubObjectsLong] == 1};
+            longs.size() > settings::kLongDistanceLevels ? longs[settings::kLongDistanceLevels] : 0,
+            longs.size() > settings::kLongRetainSubObjects &&
+                longs[settings::kLongRetainSubObjects] == 1};
         const document::shape::ShapeWriteResult written = document::shape::WriteShapeFile(
             platform, toolsFolder, mainGroup, file, shapeOptions);
         if (!written.Ok()) {

@@ -4,27 +4,17 @@
 #include "export/railworks/RailWorksExport.h"
 
 namespace railwright::plugin {
-namespace {
-
-// The settings text's fields: title, project name, description, and last the operating
-// procedures of a rail vehicle or the MSTS route of any other project.
-constexpr size_t kTitleField = 0;
-constexpr size_t kNameField = 1;
-constexpr size_t kDescriptionField = 2;
-constexpr size_t kLastField = 3;
-
-}  // namespace
 
 bool ProductExports::ExportToMsts(const ExportArguments& arguments) {
-    const SettingsFields& fields = arguments.fields;
+    const settings::SettingsFields& fields = arguments.fields;
     const exportmsts::MstsExportInputs inputs{arguments.scripting,
                                               arguments.sceneGraph,
                                               arguments.application,
-                                              fields[kTitleField],
-                                              fields[kNameField],
-                                              fields[kDescriptionField],
-                                              fields[kLastField],
-                                              fields[kLastField],
+                                              fields[settings::kTitleField],
+                                              fields[settings::kNameField],
+                                              fields[settings::kDescriptionField],
+                                              fields[settings::kLastField],
+                                              fields[settings::kLastField],
                                               arguments.userDataSingles,
                                               arguments.userDataLongs,
                                               arguments.exportToDocumentsFolder};
@@ -35,7 +25,7 @@ bool ProductExports::ExportRailWorks(const ExportArguments& arguments, bool rail
     const exportrailworks::RailWorksExportInputs inputs{arguments.scripting,
                                                         arguments.sceneGraph,
                                                         arguments.application,
-                                                        arguments.fields[kNameField],
+                                                        arguments.fields[settings::kNameField],
                                                         arguments.userDataLongs,
                                                         arguments.exportToDocumentsFolder,
                                                         railWorks};

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "settings/ProjectSettings.h"
 #include "support/SupportingFunctions.h"
 #include "wizard/frmWizard.h"
 
@@ -10,12 +11,6 @@ namespace {
 
 constexpr std::string_view kPluginName = "Railwright";
 constexpr std::string_view kPluginAuthor = "The Railwright developers";
-
-// The settings indices that the apply flow itself reads.
-constexpr size_t kLongExportMsts = 37;
-constexpr size_t kLongExportRailSimulator = 38;
-constexpr size_t kLongExportToDocumentsFolder = 43;
-constexpr size_t kLongExportRailWorks = 44;
 
 // Runs one step of the flow; a failure is reported and the flow goes on where it can.
 template <typename Step>
@@ -34,35 +29,6 @@ bool Attempt(support::UserInterface& ui, Step&& step) noexcept {
 }
 
 }  // namespace
-
-SettingsFields SplitSettingsText(const std::string& text) {
-    SettingsFields fields;
-    const size_t p1 = text.find('|');
-    if (p1 == std::string::npos) {
-        fields[0] = text;
-        return fields;
-    }
-    // Positions as the text holds them; a separator missing from the text reads as position 0,
-    // which makes the lengths below negative, and a negative length takes nothing.
-    const auto position = [&text](std::string_view separator) -> long long {
-        const size_t found = text.find(separator);
-        return found == std::string::npos ? 0 : static_cast<long long>(found) + 1;
-    };
-    const long long bar1 = static_cast<long long>(p1) + 1;
-    const long long bar2 = position("||");
-    const long long bar3 = position("|||");
-    const auto mid = [&text](long long start, long long length) -> std::string {
-        if (start < 1 || start > static_cast<long long>(text.size()) || length <= 0) {
-            return {};
-        }
-        return text.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
-    };
-    fields[0] = text.substr(0, p1);
-    fields[1] = mid(bar1 + 1, bar2 - bar1 - 1);
-    fields[2] = mid(bar2 + 2, bar3 - bar2 - 2);
-    fields[3] = bar3 == 0 ? std::string{} : mid(bar3 + 3, static_cast<long long>(text.size()));
-    return fields;
-}
 
 Railwright::Railwright(support::Platform& platform, host::Viewer& viewer, ExportDrivers& exports)
     : platform_(platform), fonts_(platform.system), viewer_(viewer), exports_(exports) {}
@@ -151,8 +117,9 @@ void Railwright::PlaceView() {
 void Railwright::RunExports(std::vector<float>& userDataSingles,
                             std::vector<int32_t>& userDataLongs,
                             const std::string& userDataString) {
-    const SettingsFields fields = SplitSettingsText(userDataString);
-    const bool toDocuments = userDataLongs.at(kLongExportToDocumentsFolder) == 1;
+    const settings::SettingsFields fields = settings::SplitSettingsText(userDataString);
+    const bool toDocuments =
+        settings::Long(userDataLongs, settings::kLongExportToDocumentsFolder) == 1;
     // The gate is a bitwise and of the previous result (all ones or 0) with the stored choice.
     int32_t ok = -1;
     const auto run = [&](auto&& driver) {
@@ -165,15 +132,15 @@ void Railwright::RunExports(std::vector<float>& userDataSingles,
         ok = succeeded ? -1 : 0;
         outcome_.exportsSucceeded = outcome_.exportsSucceeded && succeeded;
     };
-    if (userDataLongs.at(kLongExportMsts) != 0) {
+    if (settings::Long(userDataLongs, settings::kLongMsts) != 0) {
         run([this](const ExportArguments& arguments) { return exports_.ExportToMsts(arguments); });
     }
-    if ((ok & userDataLongs.at(kLongExportRailSimulator)) != 0) {
+    if ((ok & settings::Long(userDataLongs, settings::kLongRailSimulator)) != 0) {
         run([this](const ExportArguments& arguments) {
             return exports_.ExportRailWorks(arguments, false);
         });
     }
-    if ((ok & userDataLongs.at(kLongExportRailWorks)) != 0) {
+    if ((ok & settings::Long(userDataLongs, settings::kLongRailWorks)) != 0) {
         run([this](const ExportArguments& arguments) {
             return exports_.ExportRailWorks(arguments, true);
         });

@@ -1,23 +1,17 @@
 // The Railwright plug-in class: its identity for the host and one application to a model.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "host/Host.h"
+#include "settings/SettingsText.h"
 #include "support/FontWiz.h"
 #include "support/Platform.h"
 
 namespace railwright::plugin {
-
-// The four text fields of the settings string, in order.
-using SettingsFields = std::array<std::string, 4>;
-
-// Splits the settings string at its separators "|", "||" and "|||".
-SettingsFields SplitSettingsText(const std::string& text);
 
 // What every export driver is given.
 struct ExportArguments {
@@ -26,7 +20,7 @@ struct ExportArguments {
     host::Application& application;
     std::vector<float>& userDataSingles;
     std::vector<int32_t>& userDataLongs;
-    const SettingsFields& fields;
+    const settings::SettingsFields& fields;
     bool exportToDocumentsFolder = false;
 };
 

@@ -31,16 +31,6 @@ inline constexpr int32_t kErrorFileNotFound = 53;
 inline constexpr int32_t kErrorPathFileAccess = 75;
 inline constexpr int32_t kErrorCancelledDialog = 32755;
 
-// The element at `index` of a settings array: an index outside the array raises "Subscript out
-// of range" (9), as reading past a stored array always has.
-template <typename Values>
-auto& ElementAt(Values& values, int64_t index) {
-    if (index < 0 || static_cast<uint64_t>(index) >= values.size()) {
-        throw RunTimeError(kErrorSubscriptOutOfRange, "Subscript out of range");
-    }
-    return values[static_cast<size_t>(index)];
-}
-
 struct ErrorInfo {
     int32_t number = 0;
     std::string description;

@@ -18,14 +18,6 @@ void PlaceArray(const ControlArray& array, Control& frame) {
 
 }  // namespace
 
-float& ProjectSettings::Single(size_t index) {
-    return support::ElementAt(singles, static_cast<int64_t>(index));
-}
-
-int32_t& ProjectSettings::Long(size_t index) {
-    return support::ElementAt(longs, static_cast<int64_t>(index));
-}
-
 frmWizard::frmWizard(support::Platform& platform, support::FontWiz& fonts, WizardHost host)
     : DialogModel("frmWizard"),
       fraSteps(Add(ControlKind::Frame, "fraSteps")),
@@ -221,8 +213,8 @@ frmWizard::frmWizard(support::Platform& platform, support::FontWiz& fonts, Wizar
 
 void frmWizard::SetOptions(std::string& userDataString, std::vector<float>& userDataSingles,
                            std::vector<int32_t>& userDataLongs) {
-    userDataSingles.resize(kSingleCount, 0.0f);
-    userDataLongs.resize(kLongCount, 0);
+    userDataSingles.resize(settings::kSingleCount, 0.0f);
+    userDataLongs.resize(settings::kLongCount, 0);
     settings_.text = userDataString;
     settings_.singles = userDataSingles;
     settings_.longs = userDataLongs;

@@ -22,10 +22,10 @@
 #include "host/Host.h"
 #include "identification/Identification.h"
 #include "identification/PartCatalogue.h"
+#include "settings/ProjectSettings.h"
 #include "support/DialogModel.h"
 #include "support/FontWiz.h"
 #include "support/Platform.h"
-#include "wizard/ProjectSettings.h"
 
 namespace railwright::wizard {
 
@@ -49,7 +49,7 @@ inline constexpr int kStepExportPreferences = 5;
 inline constexpr int kStepFinish = 6;
 inline constexpr int kStepCount = 7;
 
-inline constexpr int kWheelGroupCount = 3;
+inline constexpr int kWheelGroupCount = static_cast<int>(settings::kWheelGroupCount);
 inline constexpr int kDistanceLevelCount = 4;
 
 // The host's custom material fields that the wizard ensures on every load, by index.
@@ -84,9 +84,9 @@ class frmWizard : public support::DialogModel {
     // Fills the controls from stored settings, upgrading settings older than the current layout
     // in place. A settings array shorter than the layout ends the load with a reported run-time
     // error; the wizard may be closed when the host has no room for a custom field.
-    void LoadSettings(ProjectSettings& settings);
+    void LoadSettings(settings::ProjectSettings& settings);
     // Stores the controls into the settings; false when a reported error ended the save early.
-    [[nodiscard]] bool SaveSettings(ProjectSettings& settings);
+    [[nodiscard]] bool SaveSettings(settings::ProjectSettings& settings);
     // The same two on the settings that SetOptions handed in.
     void LoadSettings() { LoadSettings(settings_); }
     [[nodiscard]] bool SaveSettings() { return SaveSettings(settings_); }
@@ -290,14 +290,14 @@ class frmWizard : public support::DialogModel {
     void chkBogie_Click(int index);
 
     // Settings.
-    void UpgradeSettings(ProjectSettings& settings);
-    void LoadSettingsText(ProjectSettings& settings);
-    void LoadCounts(ProjectSettings& settings);
+    void UpgradeSettings(settings::ProjectSettings& settings);
+    void LoadSettingsText(settings::ProjectSettings& settings);
+    void LoadCounts(settings::ProjectSettings& settings);
 
     support::Platform& platform_;
     support::FontWiz& fonts_;
     WizardHost host_;
-    ProjectSettings settings_;
+    settings::ProjectSettings settings_;
     bool finishClicked_ = false;
     std::shared_ptr<host::SceneGraph> sceneGraph_;
     int currentStep_ = kStepStart;

@@ -38,7 +38,7 @@ public:
     bool railSimulatorSucceeds = true;
     bool railWorksSucceeds = true;
     std::vector<std::string> calls;
-    SettingsFields fields;
+    settings::SettingsFields fields;
     bool toDocuments = false;
 
 private:
@@ -119,29 +119,6 @@ TEST(PluginIdentity, NamesItselfAndAcceptsAnySelection) {
     Validation validation{1, 2, 3, 4, 5, 6};
     plugin.Plugin_GetValidation(validation);
     EXPECT_EQ(validation, (Validation{1, 2, 3, 4, 5, 6}));
-}
-
-TEST(SplitSettingsText, SplitsAtOneTwoAndThreeBars) {
-    struct Case {
-        std::string text;
-        SettingsFields expected;
-    };
-    const Case cases[] = {
-        {"", {"", "", "", ""}},
-        {"Whole title", {"Whole title", "", "", ""}},
-        {"a|b||c|||d", {"a", "b", "c", "d"}},
-        {"Title|name||description|||procedures", {"Title", "name", "description", "procedures"}},
-        {"|||", {"", "", "", ""}},
-        {"a|||d", {"a", "", "", "d"}},
-        {"a|b", {"a", "", "", ""}},
-        // A bar inside a field moves every later separator: the fields split where the first
-        // run of each length stands.
-        {"a|b|x||c|||d", {"a", "b|x", "c", "d"}},
-        {"a||b|||c", {"a", "", "b", "c"}},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(SplitSettingsText(c.text), c.expected) << c.text;
-    }
 }
 
 TEST(PluginApply, CancelWritesNothingBackButStillNotifiesTheHost) {
@@ -246,7 +223,7 @@ TEST(PluginApply, HandsTheExportsTheSettingsFieldsAndTheDocumentsFlag) {
     ASSERT_EQ(application.exports.calls, std::vector<std::string>{"MSTS"})
         << application.echo.str();
     EXPECT_EQ(application.exports.fields,
-              (SettingsFields{"Title", "name", "Description", "Procedures"}));
+              (settings::SettingsFields{"Title", "name", "Description", "Procedures"}));
     EXPECT_TRUE(application.exports.toDocuments);
     // The exports see the model as Finish left it.
     const auto main = application.scene.GroupNamed("Main");

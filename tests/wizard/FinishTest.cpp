@@ -10,15 +10,15 @@
 namespace railwright::testing {
 namespace {
 
-using wizard::kLongAnimation;
-using wizard::kLongBogie;
-using wizard::kLongDefaultGroupCustomFields;
-using wizard::kLongMsts;
-using wizard::kLongProjectSubType;
-using wizard::kLongProjectType;
-using wizard::kLongRailWorks;
-using wizard::kLongTrainz;
-using wizard::kLongWheels;
+using settings::kLongAnimation;
+using settings::kLongBogie;
+using settings::kLongDefaultGroupCustomFields;
+using settings::kLongMsts;
+using settings::kLongProjectSubType;
+using settings::kLongProjectType;
+using settings::kLongRailWorks;
+using settings::kLongTrainz;
+using settings::kLongWheels;
 
 constexpr int32_t kDieselEngine = 0;
 constexpr int32_t kFreightCar = 2;

@@ -12,15 +12,15 @@ namespace {
 
 using host::scene::Scene;
 using host::scene::SceneBuilder;
-using wizard::kLongArmsPerPantograph;
-using wizard::kLongBogie;
-using wizard::kLongMirrorRight;
-using wizard::kLongPantographs;
-using wizard::kLongRods;
-using wizard::kLongStacks;
-using wizard::kLongWheels;
-using wizard::kLongWiperLeft;
-using wizard::kLongWiperRight;
+using settings::kLongArmsPerPantograph;
+using settings::kLongBogie;
+using settings::kLongMirrorRight;
+using settings::kLongPantographs;
+using settings::kLongRods;
+using settings::kLongStacks;
+using settings::kLongWheels;
+using settings::kLongWiperLeft;
+using settings::kLongWiperRight;
 
 constexpr int32_t kDieselEngine = 0;
 constexpr int32_t kElectricEngine = 1;

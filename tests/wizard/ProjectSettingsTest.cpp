@@ -12,8 +12,8 @@
 namespace railwright::testing {
 namespace {
 
-using wizard::kLongCount;
-using wizard::kSingleCount;
+using settings::kLongCount;
+using settings::kSingleCount;
 
 const std::string kCheckBogies = Exclamation(
     "New options have been added for identifying bogies. Please check that the bogie arrangement "
@@ -101,13 +101,13 @@ TEST_P(Upgrade, MapsTheOldKindAndSaysSoOnce) {
     StoredSettings& settings = scenario.Settings();
     settings = {"Old|old||an old project|||", std::vector<float>(kSingleCount, 0.0f),
                 std::vector<int32_t>(kLongCount, 0)};
-    settings.longs[wizard::kLongProjectType] = old.kind;
+    settings.longs[settings::kLongProjectType] = old.kind;
     for (size_t group = 0; group < 3; ++group) {
-        settings.longs[wizard::kLongWheels + group] = old.wheels[group];
+        settings.longs[settings::kLongWheels + group] = old.wheels[group];
     }
-    settings.singles[wizard::kSingleOldWheelRadius] = 0.6f;
-    settings.longs[wizard::kLongConvertTextures] = 2;
-    settings.longs[wizard::kLongCompression] = 3;  // the old fourth entry
+    settings.singles[settings::kSingleOldWheelRadius] = 0.6f;
+    settings.longs[settings::kLongConvertTextures] = 2;
+    settings.longs[settings::kLongCompression] = 3;  // the old fourth entry
     scenario.RunEvents({});
 
     std::vector<std::string> messages;
@@ -129,9 +129,9 @@ TEST_P(Upgrade, MapsTheOldKindAndSaysSoOnce) {
     // The upgrade is made in place: the plug-in would store it on Finish.
     StoredSettings after = settings;
     scenario.Wizard().GetOptions(after.text, after.singles, after.longs);
-    EXPECT_EQ(after.longs[wizard::kLongSettingsVersion], 0);
-    EXPECT_EQ(after.longs[wizard::kLongExportToDocumentsFolder], 1);
-    EXPECT_EQ(after.longs[wizard::kLongCompression], 2);
+    EXPECT_EQ(after.longs[settings::kLongSettingsVersion], 0);
+    EXPECT_EQ(after.longs[settings::kLongExportToDocumentsFolder], 1);
+    EXPECT_EQ(after.longs[settings::kLongCompression], 2);
 }
 
 constexpr const char* kDef = "Default";
@@ -153,11 +153,11 @@ INSTANTIATE_TEST_SUITE_P(ProjectSettings, Upgrade, ::testing::ValuesIn(kOldProje
 
 TEST(ProjectSettings, ACurrentProjectIsNeverUpgraded) {
     WizardScenario scenario;
-    scenario.Settings() = CurrentSettings({{wizard::kLongProjectType, 1},
-                                           {wizard::kLongProjectSubType, 2},
-                                           {wizard::kLongWheels, 4},
-                                           {wizard::kLongCompression, 2}});
-    scenario.Settings().singles[wizard::kSingleOldWheelRadius] = 0.6f;
+    scenario.Settings() = CurrentSettings({{settings::kLongProjectType, 1},
+                                           {settings::kLongProjectSubType, 2},
+                                           {settings::kLongWheels, 4},
+                                           {settings::kLongCompression, 2}});
+    scenario.Settings().singles[settings::kSingleOldWheelRadius] = 0.6f;
     scenario.RunEvents({});
     EXPECT_TRUE(scenario.Messages().empty());
     EXPECT_EQ(scenario.Control("cboProjectSubType").Text(), "Freight Car");
@@ -361,11 +361,11 @@ TEST(ProjectSettings, ShortArraysEndTheLoadAndTheSaveWithAReportedError) {
 
     // The closed wizard let go of the scene graph; the load needs it for the material fields.
     scenario.Wizard().SetSceneGraph(scenario.Scene().model);
-    wizard::ProjectSettings shortLongs{"", std::vector<float>(kSingleCount, 0.0f),
-                                       std::vector<int32_t>(40, 0)};
+    settings::ProjectSettings shortLongs{"", std::vector<float>(kSingleCount, 0.0f),
+                                         std::vector<int32_t>(40, 0)};
     scenario.Wizard().LoadSettings(shortLongs);
-    wizard::ProjectSettings shortSingles{"", std::vector<float>(3, 0.0f),
-                                         std::vector<int32_t>(kLongCount, 0)};
+    settings::ProjectSettings shortSingles{"", std::vector<float>(3, 0.0f),
+                                           std::vector<int32_t>(kLongCount, 0)};
     EXPECT_FALSE(scenario.Wizard().SaveSettings(shortSingles));
     EXPECT_EQ(scenario.Messages(), (std::vector<std::string>{subscript, subscript}));
     // The save ended at the first single past the end; the text was already built.
@@ -392,7 +392,7 @@ TEST(ProjectSettings, TheTextIsCutAtTheFirstOfEachSeparator) {
              StoredText{"plain title", "", "", "", ""},
          }) {
         WizardScenario scenario;
-        scenario.Settings() = CurrentSettings({{wizard::kLongProjectType, 1}});
+        scenario.Settings() = CurrentSettings({{settings::kLongProjectType, 1}});
         scenario.Settings().text = stored.text;
         scenario.RunEvents({});
         EXPECT_TRUE(scenario.Messages().empty()) << stored.text;
@@ -410,7 +410,8 @@ TEST(ProjectSettings, ARouteNoLongerListedIsPassedOver) {
     std::filesystem::create_directories(folder / "MSTS/ROUTES/EUROPE1");
     WizardScenario scenario;
     scenario.Scene().application->SetSimulators({folder / "MSTS/train.exe", ""});
-    scenario.Settings() = CurrentSettings({{wizard::kLongProjectType, 2}, {wizard::kLongMsts, 1}});
+    scenario.Settings() =
+        CurrentSettings({{settings::kLongProjectType, 2}, {settings::kLongMsts, 1}});
     scenario.Settings().text = "Station|stn|| |||GONE";
     scenario.RunEvents({});
     EXPECT_TRUE(scenario.Messages().empty());
@@ -421,7 +422,7 @@ TEST(ProjectSettings, ARouteNoLongerListedIsPassedOver) {
 
 TEST(ProjectSettings, StoredValuesNoListHoldsEndTheLoadWithAReportedError) {
     WizardScenario scenario;
-    scenario.Settings() = CurrentSettings({{wizard::kLongProjectType, 7}});
+    scenario.Settings() = CurrentSettings({{settings::kLongProjectType, 7}});
     scenario.RunEvents({});
     ASSERT_EQ(scenario.Messages().size(), 1u);
     EXPECT_NE(scenario.Messages()[0].find("(#380)"), std::string::npos);

@@ -171,11 +171,11 @@ TEST(SimulatorSelection, LoadingAStoredProjectNeverShowsTheNotice) {
     WizardScenario scenario;
     scenario.Scene().application->SetSimulators({"", "/opt/RailWorks"});
     // Stored with the documents folder checked, then unchecked: neither load shows the notice.
-    scenario.Settings() =
-        CurrentSettings({{wizard::kLongRailWorks, 1}, {wizard::kLongExportToDocumentsFolder, 1}});
+    scenario.Settings() = CurrentSettings(
+        {{settings::kLongRailWorks, 1}, {settings::kLongExportToDocumentsFolder, 1}});
     scenario.RunEvents({});
     EXPECT_EQ(scenario.Control("chkExportToDocumentsFolder").Value(), 1);
-    scenario.Settings() = CurrentSettings({{wizard::kLongRailWorks, 1}});
+    scenario.Settings() = CurrentSettings({{settings::kLongRailWorks, 1}});
     scenario.RunEvents({});
     EXPECT_EQ(scenario.Control("chkExportToDocumentsFolder").Value(), 0);
     EXPECT_TRUE(scenario.Control("chkExportToDocumentsFolder").Enabled());

@@ -70,9 +70,9 @@ struct StoredSettings {
 // Settings of the current layout: version 818, everything else as given.
 inline StoredSettings CurrentSettings(std::vector<std::pair<size_t, int32_t>> longs = {}) {
     StoredSettings settings{{},
-                            std::vector<float>(wizard::kSingleCount, 0.0f),
-                            std::vector<int32_t>(wizard::kLongCount, 0)};
-    settings.longs[wizard::kLongSettingsVersion] = wizard::kSettingsVersion;
+                            std::vector<float>(settings::kSingleCount, 0.0f),
+                            std::vector<int32_t>(settings::kLongCount, 0)};
+    settings.longs[settings::kLongSettingsVersion] = settings::kSettingsVersion;
     for (const auto& [index, value] : longs) {
         settings.longs[index] = value;
     }
@@ -109,9 +109,9 @@ inline std::map<std::string, std::string> Hierarchy(const host::scene::Scene& sc
 inline StoredSettings StoredVehicle(int32_t subType,
                                     std::vector<std::pair<size_t, int32_t>> longs = {}) {
     constexpr int32_t kRailVehicle = 1;
-    longs.insert(longs.end(), {{wizard::kLongProjectType, kRailVehicle},
-                               {wizard::kLongProjectSubType, subType},
-                               {wizard::kLongTrainz, 1}});
+    longs.insert(longs.end(), {{settings::kLongProjectType, kRailVehicle},
+                               {settings::kLongProjectSubType, subType},
+                               {settings::kLongTrainz, 1}});
     StoredSettings settings = CurrentSettings(std::move(longs));
     settings.text = "Loco|loco|| ||| ";  // as Finish stores it
     return settings;

@@ -31,12 +31,16 @@ VehicleText::VehicleText(const VehicleFileInputs& vehicleInputs)
       box(MeasureModelBox(vehicleInputs.scripting, vehicleInputs.mainIndex)),
       lowerName(support::ToLower(vehicleInputs.projectName)) {}
 
-float VehicleText::Single(int32_t index) const {
-    return support::ElementAt(inputs.userDataSingles, index);
+float VehicleText::Single(size_t index) const {
+    return settings::Single(inputs.userDataSingles, index);
 }
 
-int32_t VehicleText::Long(int32_t index) const {
-    return support::ElementAt(inputs.userDataLongs, index);
+int32_t VehicleText::Long(size_t index) const {
+    return settings::Long(inputs.userDataLongs, index);
+}
+
+settings::VehicleSubType VehicleText::SubType() const {
+    return settings::StoredSubType<settings::VehicleSubType>(inputs.userDataLongs);
 }
 
 void WriteValueLine(MstsTextFile& file, std::string_view name, std::string_view unit, float value,
@@ -64,18 +68,18 @@ void WriteWheelRadius(MstsTextFile& file, std::string_view wheelGroupName, float
     }
 }
 
-void WriteFrontOrRearWheelRadius(VehicleText& vehicle, int32_t otherWheelsLong,
-                                 int32_t otherRadiusSingle) {
-    if (vehicle.Long(settings::kWheels0Long) > 0) {
-        WriteWheelRadius(vehicle.file, "Wheels11", vehicle.Single(settings::kWheelRadius0Single));
+void WriteFrontOrRearWheelRadius(VehicleText& vehicle, size_t otherWheelsLong,
+                                 size_t otherRadiusSingle) {
+    if (vehicle.Long(settings::kLongWheels) > 0) {
+        WriteWheelRadius(vehicle.file, "Wheels11", vehicle.Single(settings::kSingleWheelRadius));
     } else if (vehicle.Long(otherWheelsLong) > 0) {
         WriteWheelRadius(vehicle.file, "Wheels21", vehicle.Single(otherRadiusSingle));
     }
 }
 
-void WriteNumWheels(VehicleText& vehicle, int32_t otherWheelsLong) {
+void WriteNumWheels(VehicleText& vehicle, size_t otherWheelsLong) {
     const int64_t wheels =
-        int64_t{vehicle.Long(settings::kWheels0Long)} + int64_t{vehicle.Long(otherWheelsLong)};
+        int64_t{vehicle.Long(settings::kLongWheels)} + int64_t{vehicle.Long(otherWheelsLong)};
     vehicle.file.Line("    NumWheels ( " + std::to_string(wheels) + " )");
 }
 

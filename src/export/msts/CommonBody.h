@@ -9,32 +9,9 @@
 #include "export/msts/MstsTextFile.h"
 #include "export/msts/VehicleFiles.h"
 #include "export/textures/DriverSteps.h"
+#include "settings/ProjectSettings.h"
 
 namespace railwright::exportmsts {
-
-// The settings the engine and wagon files read. Wheel group 0 is the front wheels (a steam
-// engine's wheels forward of its drive wheels), group 1 the rear wheels (a steam engine's drive
-// wheels), group 2 a steam engine's rear wheels.
-namespace settings {
-inline constexpr int32_t kMassSingle = 0;             // tonnes; 0 for the default
-inline constexpr int32_t kMaximumVelocitySingle = 2;  // km/h; 0 for the default
-inline constexpr int32_t kWheelRadius0Single = 3;     // metres; 0 to measure
-inline constexpr int32_t kWheelRadius1Single = 4;
-inline constexpr int32_t kWheelRadius2Single = 5;
-inline constexpr int32_t kWheels0Long = 5;  // wheel counts
-inline constexpr int32_t kWheels1Long = 6;
-inline constexpr int32_t kWheels2Long = 7;
-inline constexpr int32_t kCouplingLong = 10;        // 0 bar, 1 automatic, other chain
-inline constexpr int32_t kTenderRequiredLong = 24;  // 1 when a tender is required
-inline constexpr int32_t kViewPointLong = 27;       // 1 for the passenger and head-out views
-inline constexpr int32_t kIntakePointLong = 28;     // 1 for intake points from placeholders
-inline constexpr int32_t kSubTypeLong = 32;
-
-// Rail vehicle sub-types the wagon file tells apart.
-inline constexpr int32_t kFreightCar = 2;
-inline constexpr int32_t kPassengerCar = 3;
-inline constexpr int32_t kTender = 6;
-}  // namespace settings
 
 // Lines the wagon file has and some engine files repeat.
 inline constexpr std::string_view kSignatureLine = "SIMISA@@@@@@@@@@JINX0D0t______";
@@ -67,8 +44,9 @@ struct VehicleText {
 
     // A setting by index; an index past the end of the array raises support::RunTimeError
     // (subscript out of range).
-    float Single(int32_t index) const;
-    int32_t Long(int32_t index) const;
+    float Single(size_t index) const;
+    int32_t Long(size_t index) const;
+    settings::VehicleSubType SubType() const;
 
     const VehicleFileInputs& inputs;
     MstsTextFile file;
@@ -88,11 +66,11 @@ void WriteWheelRadius(MstsTextFile& file, std::string_view wheelGroupName, float
 // The wheel radius of the front wheels ("Wheels11", wheel group 0) when there are any, else that
 // of the wheels counted by `otherWheelsLong` ("Wheels21", radius `otherRadiusSingle`) when there
 // are any, else nothing.
-void WriteFrontOrRearWheelRadius(VehicleText& vehicle, int32_t otherWheelsLong,
-                                 int32_t otherRadiusSingle);
+void WriteFrontOrRearWheelRadius(VehicleText& vehicle, size_t otherWheelsLong,
+                                 size_t otherRadiusSingle);
 
 // "    NumWheels ( <front wheels + the wheels counted by otherWheelsLong> )".
-void WriteNumWheels(VehicleText& vehicle, int32_t otherWheelsLong);
+void WriteNumWheels(VehicleText& vehicle, size_t otherWheelsLong);
 
 // The lines that repeat the model box.
 void WriteSizeLine(VehicleText& vehicle);

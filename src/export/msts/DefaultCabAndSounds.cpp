@@ -1,21 +1,11 @@
 #include "export/msts/DefaultCabAndSounds.h"
 
 #include "export/msts/CommonBody.h"
+#include "settings/ProjectSettings.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
 namespace {
-
-// Sub-types (the model's long 32) with engine writers and default trains of their own.
-constexpr int32_t kDieselEngine = 0;
-constexpr int32_t kElectricEngine = 1;
-constexpr int32_t kSteamEngine = 4;
-constexpr int32_t kTankEngine = 5;
-
-// The options that ask for the copies; 2 means checked.
-constexpr int32_t kSoundLong = 25;
-constexpr int32_t kCabViewLong = 26;
-constexpr int32_t kChecked = 2;
 
 constexpr int32_t kErrorPathNotFound = 76;
 
@@ -24,7 +14,7 @@ constexpr std::string_view kSoundFolder = "SOUND";
 
 // What an engine sub-type lends from its default train, and the writer it gets.
 struct EngineFiles {
-    int32_t subType;
+    settings::VehicleSubType subType;
     std::string_view cabView;      // in the train's CABVIEW folder
     std::string_view cabSound;     // in the train's SOUND folder
     std::string_view engineSound;  // in the train's SOUND folder
@@ -32,12 +22,15 @@ struct EngineFiles {
 };
 
 constexpr EngineFiles kEngineFiles[] = {
-    {kSteamEngine, "scotsman.cvf", "fscotcab.sms", "fscoteng.sms", VehicleFileKind::SteamEngine},
-    {kDieselEngine, "dash9.cvf", "d9cab.sms", "d9eng.sms", VehicleFileKind::DieselEngine},
-    {kElectricEngine, "acela.cvf", "acelacab.sms", "acelaeng.sms", VehicleFileKind::ElectricEngine},
+    {settings::VehicleSubType::SteamEngine, "scotsman.cvf", "fscotcab.sms", "fscoteng.sms",
+     VehicleFileKind::SteamEngine},
+    {settings::VehicleSubType::DieselEngine, "dash9.cvf", "d9cab.sms", "d9eng.sms",
+     VehicleFileKind::DieselEngine},
+    {settings::VehicleSubType::ElectricEngine, "acela.cvf", "acelacab.sms", "acelaeng.sms",
+     VehicleFileKind::ElectricEngine},
 };
 
-const EngineFiles* FindEngineFiles(int32_t subType) {
+const EngineFiles* FindEngineFiles(settings::VehicleSubType subType) {
     for (const EngineFiles& files : kEngineFiles) {
         if (files.subType == subType) {
             return &files;
@@ -72,22 +65,20 @@ void CopyMatching(support::FileSystem& files, const std::string& sourceFolder,
 
 }  // namespace
 
-std::string_view DefaultTrain(int32_t subType) {
-    if (subType == kSteamEngine || subType == kTankEngine) {
+std::string_view DefaultTrain(settings::VehicleSubType subType) {
+    using enum settings::VehicleSubType;
+    if (subType == SteamEngine || subType == TankEngine) {
         return "SCOTSMAN";
     }
-    return subType == kDieselEngine ? "DASH9" : "ACELA";
+    return subType == DieselEngine ? "DASH9" : "ACELA";
 }
 
 void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFolder,
                         const std::string& mstsFolder, const VehicleFileInputs& inputs) {
     support::FileSystem& files = platform.files;
-    const auto setting = [&inputs](int32_t index) {
-        return support::ElementAt(inputs.userDataLongs, index);
-    };
-    const int32_t subType = setting(settings::kSubTypeLong);
-    const bool cabView = setting(kCabViewLong) == kChecked;
-    const bool sounds = setting(kSoundLong) == kChecked;
+    const auto subType = settings::StoredSubType<settings::VehicleSubType>(inputs.userDataLongs);
+    const bool cabView = settings::IsChecked(inputs.userDataLongs, settings::kLongCabView);
+    const bool sounds = settings::IsChecked(inputs.userDataLongs, settings::kLongSound);
 
     // 1, 2. The default train's cab textures and sounds, for every vehicle but a passenger car.
     const std::string train =
@@ -97,7 +88,7 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
     const std::string trainSound = support::JoinPath(train, kSoundFolder);
     const std::string cabViewFolder = support::JoinPath(inputs.vehicleFolder, kCabViewFolder);
     const std::string soundFolder = support::JoinPath(inputs.vehicleFolder, kSoundFolder);
-    if (subType != settings::kPassengerCar) {
+    if (subType != settings::VehicleSubType::PassengerCar) {
         if (cabView) {
             CopyMatching(files, trainCabView, "*.ACE", cabViewFolder);
         }

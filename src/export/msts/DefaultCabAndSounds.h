@@ -12,18 +12,20 @@
 #include <string_view>
 
 #include "export/msts/VehicleFiles.h"
+#include "settings/Slots.h"
 #include "support/Platform.h"
 
 namespace railwright::exportmsts {
 
-// The default train that lends its files to a sub-type (the model's long 32).
-std::string_view DefaultTrain(int32_t subType);
+// The default train that lends its files to a sub-type.
+std::string_view DefaultTrain(settings::VehicleSubType subType);
 
-// Copies the default train's files as the model's longs 25 (sounds) and 26 (cab view) ask, then
-// runs the writer of the sub-type: steam, diesel and electric engines get their engine writers,
-// every other sub-type (tank engines included) the wagon writer. `mstsFolder` is the MSTS
-// installation the default trains are taken from. A missing default train or source file, like
-// any error of the writers, raises an error that ends the step; files copied before stay.
+// Copies the default train's files as the model's settings ask (settings::kLongSound and
+// kLongCabView), then runs the writer of the sub-type: steam, diesel and electric engines get
+// their engine writers, every other sub-type (tank engines included) the wagon writer. `mstsFolder`
+// is the MSTS installation the default trains are taken from. A missing default train or source
+// file, like any error of the writers, raises an error that ends the step; files copied before
+// stay.
 void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFolder,
                         const std::string& mstsFolder, const VehicleFileInputs& inputs);
 

@@ -11,13 +11,13 @@ namespace {
 
 // The maximum velocity is kept in km/h and written in mph.
 void WriteMaxVelocity(VehicleText& vehicle, float defaultMph) {
-    const float mph = vehicle.Single(settings::kMaximumVelocitySingle) / 8 * 5;
+    const float mph = vehicle.Single(settings::kSingleMaximumVelocity) / 8 * 5;
     WriteValueLine(vehicle.file, "MaxVelocity", "mph", mph, defaultMph);
 }
 
 // Diesel and electric engines have a head-out line only from its placeholder.
 void WriteHeadOut(VehicleText& vehicle) {
-    if (vehicle.Long(settings::kViewPointLong) == 1) {
+    if (vehicle.Long(settings::kLongViewPoint) == 1) {
         WritePlaceholderPosition(vehicle.file, "HeadOut");
     }
 }
@@ -51,7 +51,7 @@ void WriteSteamEngineBlock(VehicleText& vehicle) {
     WriteSteamEffects(file);                                                              // 2
     file.Line(kSpaceLine);                                                                // 3
     file.Line("    Wagon (" + vehicle.lowerName + ")");                                   // 4
-    file.Line(vehicle.Long(settings::kTenderRequiredLong) == 1 ? "    IsTenderRequired ( 1 )"  // 5
+    file.Line(vehicle.Long(settings::kLongTenderRequired) == 1 ? "    IsTenderRequired ( 1 )"  // 5
                                                                 : "    IsTenderRequired ( 0 )");
     file.Lines({
         "    Type ( Steam )",                                                             // 6
@@ -59,9 +59,9 @@ void WriteSteamEngineBlock(VehicleText& vehicle) {
         "    MaxForce ( 26927lbf )",                                                      // 8
     });
     WriteMaxVelocity(vehicle, 130);                                                       // 9
-    WriteWheelRadius(file, "Wheels1", vehicle.Single(settings::kWheelRadius1Single));     // 10
+    WriteWheelRadius(file, "Wheels1", vehicle.Single(settings::kSingleWheelRadius + 1));  // 10
     file.Line("    Sanding ( 1e9mph )");                                                  // 11
-    file.Line("    NumWheels ( " + std::to_string(vehicle.Long(settings::kWheels1Long)) + " )");  // 12
+    file.Line("    NumWheels ( " + std::to_string(vehicle.Long(settings::kLongWheels + 1)) + " )");  // 12
     file.Lines({
         "    BoilerLength ( 6.2m )",                                                      // 13
         "    BoilerVolume ( \"160*(ft^3)\" )",                                            // 14
@@ -144,7 +144,7 @@ void WriteSteamEngineBlock(VehicleText& vehicle) {
         kEmptyLine,                                                                       // 91
     });
     file.Line("    CabView (" + vehicle.lowerName + ".cvf)");                             // 92
-    if (vehicle.Long(settings::kViewPointLong) == 1) {                                    // 93
+    if (vehicle.Long(settings::kLongViewPoint) == 1) {                                    // 93
         WritePlaceholderPosition(file, "HeadOut");
     } else {
         file.Line("    HeadOut (  1.7 3.1 -5.5 )");
@@ -228,9 +228,9 @@ void WriteDieselEngineBlock(VehicleText& vehicle) {
     });
     WriteMaxVelocity(vehicle, 74);                                                        // 12
     file.Line("    MaxCurrent ( 1800A )");                                                // 13
-    WriteFrontOrRearWheelRadius(vehicle, settings::kWheels1Long, settings::kWheelRadius1Single);  // 14
+    WriteFrontOrRearWheelRadius(vehicle, settings::kLongWheels + 1, settings::kSingleWheelRadius + 1);  // 14
     file.Line("    Sanding ( 6mph )");                                                    // 15
-    WriteNumWheels(vehicle, settings::kWheels1Long);                                      // 16
+    WriteNumWheels(vehicle, settings::kLongWheels + 1);                                   // 16
     file.Lines({
         "    MaxTemperature ( 120 )",                                                     // 17
         "    MaxOilPressure ( 90 )",                                                      // 18
@@ -426,9 +426,9 @@ void WriteElectricEngineBlock(VehicleText& vehicle) {
     });
     WriteMaxVelocity(vehicle, 165);                                                       // 7
     file.Line("    MaxCurrent ( 2000A )");                                                // 8
-    WriteFrontOrRearWheelRadius(vehicle, settings::kWheels1Long, settings::kWheelRadius1Single);  // 9
+    WriteFrontOrRearWheelRadius(vehicle, settings::kLongWheels + 1, settings::kSingleWheelRadius + 1);  // 9
     file.Line("    Sanding ( 1e9mph )");                                                  // 10
-    WriteNumWheels(vehicle, settings::kWheels1Long);                                      // 11
+    WriteNumWheels(vehicle, settings::kLongWheels + 1);                                   // 11
     file.Line(kEmptyLine);                                                                // 12
     file.Line("    CabView ( " + vehicle.lowerName + ".cvf )");                           // 13
     WriteHeadOut(vehicle);                                                                // 14

@@ -24,8 +24,8 @@ struct EngineWagonRows {
     std::string_view adheasion{};                     // 17
     std::string_view derailRailForce{};               // 19
     std::string_view derailBufferForce{};             // 20
-    int32_t otherWheelsLong = 0;                 // 21, 22: the wheels counted with the front ones
-    int32_t otherRadiusSingle = 0;               // 21, 11
+    size_t otherWheelsLong = 0;                  // 21, 22: the wheels counted with the front ones
+    size_t otherRadiusSingle = 0;                // 21, 11
     std::string_view frictionLinear{};           // 24
     std::string_view frictionRotational{};       // 25
     std::span<const std::string_view> brakes{};  // 27 to 36
@@ -105,8 +105,8 @@ const EngineWagonRows kSteamRows{
     .adheasion = "    Adheasion ( 0.15 0.3 2 0.5 )",
     .derailRailForce = "    DerailRailForce ( 240kN )",
     .derailBufferForce = "    DerailBufferForce ( 400kN )",
-    .otherWheelsLong = settings::kWheels2Long,
-    .otherRadiusSingle = settings::kWheelRadius2Single,
+    .otherWheelsLong = settings::kLongWheels + 2,
+    .otherRadiusSingle = settings::kSingleWheelRadius + 2,
     .frictionLinear = "        50N/m/s         1       -1mph       0       1",
     .frictionRotational = "        5.1N/rad/s      1       -1rad/s     0       1",
     .brakes = kSteamBrakes,
@@ -124,8 +124,8 @@ const EngineWagonRows kDieselRows{
     .adheasion = kWagonAdheasion,
     .derailRailForce = "    DerailRailForce ( 2.5*155t )",
     .derailBufferForce = "    DerailBufferForce ( 500kN )",
-    .otherWheelsLong = settings::kWheels1Long,
-    .otherRadiusSingle = settings::kWheelRadius1Single,
+    .otherWheelsLong = settings::kLongWheels + 1,
+    .otherRadiusSingle = settings::kSingleWheelRadius + 1,
     .frictionLinear = kWagonFrictionLinear,
     .frictionRotational = kWagonFrictionRotational,
     .brakes = kDieselBrakes,
@@ -143,8 +143,8 @@ const EngineWagonRows kElectricRows{
     .adheasion = kWagonAdheasion,
     .derailRailForce = "    DerailRailForce ( 230kN )",
     .derailBufferForce = "    DerailBufferForce ( 200kN )",
-    .otherWheelsLong = settings::kWheels1Long,
-    .otherRadiusSingle = settings::kWheelRadius1Single,
+    .otherWheelsLong = settings::kLongWheels + 1,
+    .otherRadiusSingle = settings::kSingleWheelRadius + 1,
     .frictionLinear = "        150N/m/s        1        -1mph        0        1",
     .frictionRotational = kWagonFrictionRotational,
     .brakes = kElectricBrakes,
@@ -169,7 +169,7 @@ std::string EngineSoundLine(const VehicleText& vehicle, std::string_view opening
 // Rows 37 to 41: intake points, the engine sound, the lights and the end of the Wagon block.
 void WriteSteamEnding(VehicleText& vehicle) {
     MstsTextFile& file = vehicle.file;
-    if (vehicle.Long(settings::kIntakePointLong) == 1) {  // 37
+    if (vehicle.Long(settings::kLongIntakePoint) == 1) {  // 37
         WriteIntakePoint(file, "FuelCoal");
         WriteIntakePoint(file, "FuelWater");
     }
@@ -180,7 +180,7 @@ void WriteSteamEnding(VehicleText& vehicle) {
 
 void WriteDieselEnding(VehicleText& vehicle) {
     MstsTextFile& file = vehicle.file;
-    if (vehicle.Long(settings::kIntakePointLong) == 1) {  // 37
+    if (vehicle.Long(settings::kLongIntakePoint) == 1) {  // 37
         WriteIntakePoint(file, "FuelDiesel");
     } else {
         file.Line("    IntakePoint ( 3.33 0.4 FuelDiesel )");
@@ -216,13 +216,13 @@ void WriteEngineWagonBlock(VehicleText& vehicle, Traction traction) {
     if (rows.centreLine) {
         file.Line("    Centre ( 0m 0m 0m )");  // 9
     }
-    WriteValueLine(file, "Mass", "t", vehicle.Single(settings::kMassSingle),  // 10
+    WriteValueLine(file, "Mass", "t", vehicle.Single(settings::kSingleMass),  // 10
                    rows.defaultMass);
     if (rows.wheelRadiusAfterMass) {
         WriteFrontOrRearWheelRadius(vehicle, rows.otherWheelsLong, rows.otherRadiusSingle);  // 11
     }
-    WriteInertiaTensorLine(vehicle, rows.inertiaEnding);                // 12
-    WriteCouplingSection(file, vehicle.Long(settings::kCouplingLong));  // 13
+    WriteInertiaTensorLine(vehicle, rows.inertiaEnding);                   // 12
+    WriteCouplingSection(file, vehicle.Long(settings::kLongCouplerType));  // 13
     if (rows.bufferStiffness) {
         WriteBuffers(file, *rows.bufferStiffness, rows.bufferDamping);  // 14
     }

@@ -8,23 +8,13 @@
 #include "export/textures/DriverSteps.h"
 #include "export/textures/TextureCheck.h"
 #include "export/textures/TextureConversion.h"
+#include "settings/ProjectSettings.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
 namespace {
 
 constexpr std::string_view kSimulatorName = "MSTS";
-
-using exporttextures::kChecked;
-using exporttextures::kCompressionLong;
-using exporttextures::kConvertTexturesLong;
-using exporttextures::kCreateShapeLong;
-using exporttextures::kProjectTypeLong;
-
-// The settings only this export reads, beside those every driver reads.
-constexpr int32_t kCreateShapeDataLong = 2;
-constexpr int32_t kCreateFilesLong = 3;  // the vehicle files or the REF file
-constexpr int32_t kRailVehicleProject = 1;
 
 constexpr int32_t kErrorShapeNotExported = 5;
 
@@ -43,8 +33,12 @@ class MstsExport {
     bool Run();
 
   private:
-    int32_t Long(int32_t index) const { return support::ElementAt(inputs_.userDataLongs, index); }
-    bool IsRailVehicle() const { return Long(kProjectTypeLong) == kRailVehicleProject; }
+    int32_t Long(size_t index) const { return settings::Long(inputs_.userDataLongs, index); }
+    bool Checked(size_t index) const { return settings::IsChecked(inputs_.userDataLongs, index); }
+    bool IsRailVehicle() const {
+        return settings::StoredProjectType(inputs_.userDataLongs) ==
+               settings::ProjectType::RailVehicle;
+    }
 
     std::string MstsInstallation();
     std::string Root();
@@ -120,13 +114,13 @@ std::string MstsExport::ToolsFolder() {
 }
 
 void MstsExport::ConvertTextures(const exporttextures::TextureList& textures) {
-    exporttextures::ConversionSettings settings;
-    settings.toolsFolder = ToolsFolder();
-    settings.modelFolder = inputs_.application.ModelFolder();
-    settings.targetFolder = layout_.textureFolder;
-    settings.compression = Long(kCompressionLong);
-    settings.target = exporttextures::TextureTarget::Msts;
-    exporttextures::ConvertTextures(platform_, textures, settings);
+    exporttextures::ConversionSettings conversion;
+    conversion.toolsFolder = ToolsFolder();
+    conversion.modelFolder = inputs_.application.ModelFolder();
+    conversion.targetFolder = layout_.textureFolder;
+    conversion.compression = Long(settings::kLongCompression);
+    conversion.target = exporttextures::TextureTarget::Msts;
+    exporttextures::ConvertTextures(platform_, textures, conversion);
 }
 
 void MstsExport::ExportShape(int32_t mainIndex) {
@@ -156,8 +150,8 @@ void MstsExport::WriteVehicleOrRefFiles(int32_t mainIndex) {
             support::MessageIcon::Information, support::MessageButtons::Ok);
         refName = "~" + inputs_.projectName;
     }
-    WriteRefFile(platform_, ToolsFolder(), refName, Long(kProjectTypeLong), inputs_.description,
-                 layout_.exportFolder);
+    WriteRefFile(platform_, ToolsFolder(), refName, Long(settings::kLongProjectType),
+                 inputs_.description, layout_.exportFolder);
 }
 
 bool MstsExport::Run() {
@@ -178,23 +172,23 @@ bool MstsExport::Run() {
     }
     // 4 to 7.
     steps_.Run([&] {
-        if (Long(kConvertTexturesLong) == kChecked) {
+        if (Checked(settings::kLongConvertTextures)) {
             ConvertTextures(textures);
         }
     });
     steps_.Run([&] {
-        if (Long(kCreateShapeLong) == kChecked) {
+        if (Checked(settings::kLongCreateShape)) {
             ExportShape(*mainIndex);
         }
     });
     steps_.Run([&] {
-        if (Long(kCreateShapeDataLong) == kChecked) {
+        if (Checked(settings::kLongCreateShapeData)) {
             WriteShapeDataFile(platform_, ToolsFolder(), inputs_.scripting, inputs_.projectName,
-                               Long(kProjectTypeLong), *mainIndex, layout_.shapeFolder);
+                               Long(settings::kLongProjectType), *mainIndex, layout_.shapeFolder);
         }
     });
     steps_.Run([&] {
-        if (Long(kCreateFilesLong) == kChecked) {
+        if (Checked(settings::kLongCreatexFile)) {
             WriteVehicleOrRefFiles(*mainIndex);
         }
     });

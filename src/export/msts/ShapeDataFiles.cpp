@@ -3,6 +3,7 @@
 #include "export/msts/CommonBody.h"
 #include "export/msts/MstsTextFile.h"
 #include "export/textures/Windows1252.h"
+#include "settings/Slots.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
@@ -12,6 +13,10 @@ namespace {
 constexpr int32_t kBoundingBoxFlags = 11;
 
 constexpr std::string_view kShapeDataSignature = "SIMISA@@@@@@@@@@JINX0t1t______";
+
+bool IsRailNetwork(int32_t projectType) {
+    return projectType == settings::Stored(settings::ProjectType::RailNetwork);
+}
 
 // The host's texts of `values`, separated by single spaces.
 template <size_t N>
@@ -49,7 +54,7 @@ std::string ShapeDataFileText(host::Scripting& scripting, const std::string& pro
         "    ESD_Software_DLev (0)",                                    // 5
         "    ESD_Alternative_Texture (0)",                              // 6
     });
-    if (projectType != kRailNetworkProject) {                           // 7
+    if (!IsRailNetwork(projectType)) {                           // 7
         const host::Bounds box = scripting.Group(mainIndex)->SceneGraph()->BoundingBox(
             host::kCurrentPose, kBoundingBoxFlags, std::string(kPlaceholderPrefix), 0, 0);
         const float corners[] = {box.minX, box.minY, box.minZ, box.maxX, box.maxY, box.maxZ};
@@ -84,7 +89,7 @@ std::string RefFileText(const std::string& refName, int32_t projectType,
         bytes += "\r\n";
     };
     line("Static (");                                                   // 1
-    line(projectType != kRailNetworkProject                             // 2
+    line(!IsRailNetwork(projectType)                            // 2
              ? "    Class       ( \"Polyforge Scenery\" )"
              : "    Class       ( \"Polyforge Structures\" )");
     line("    Description ( \"" + description + "\" )");                // 3

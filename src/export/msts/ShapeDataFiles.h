@@ -36,12 +36,10 @@
 
 namespace railwright::exportmsts {
 
-// The project type (the model's long 0) of a rail network object, which gets no overall box in
-// its shape data and is filed as a structure.
-inline constexpr int32_t kRailNetworkProject = 0;
-
-// The shape data file's text. The box is that of the scene graph of the group at `mainIndex`,
-// placeholders left out; the collision boxes are the scripting object's.
+// The shape data file's text. `projectType` is the stored settings::ProjectType: a rail network
+// object gets no overall box, and its REF file files it as a structure. The box is that of the
+// scene graph of the group at `mainIndex`, placeholders left out; the collision boxes are the
+// scripting object's.
 std::string ShapeDataFileText(host::Scripting& scripting, const std::string& projectName,
                               int32_t projectType, int32_t mainIndex);
 

@@ -7,22 +7,23 @@ namespace railwright::exportmsts {
 // clang-format off
 void WriteWagonTemplate(VehicleText& vehicle) {
     MstsTextFile& file = vehicle.file;
-    const int32_t subType = vehicle.Long(settings::kSubTypeLong);
-    const bool intakePoints = vehicle.Long(settings::kIntakePointLong) == 1;
+    using enum settings::VehicleSubType;
+    const settings::VehicleSubType subType = vehicle.SubType();
+    const bool intakePoints = vehicle.Long(settings::kLongIntakePoint) == 1;
 
     file.Lines({kSignatureLine, kSpaceLine});                                           // 1, 2
     file.Line("Wagon ( " + vehicle.inputs.projectName);                                 // 3
-    file.Line(subType == settings::kFreightCar     ? "    Type ( Freight )"             // 4
-              : subType == settings::kPassengerCar ? "    Type ( Carriage )"
-                                                   : "    Type ( Tender )");
+    file.Line(subType == FreightCar     ? "    Type ( Freight )"                        // 4
+              : subType == PassengerCar ? "    Type ( Carriage )"
+                                        : "    Type ( Tender )");
     file.Line("    WagonShape ( " + vehicle.lowerName + ".s )");                        // 5
     WriteSizeLine(vehicle);                                                             // 6
     WriteCentreOfGravityLine(vehicle);                                                  // 7
-    WriteValueLine(file, "Mass", "t", vehicle.Single(settings::kMassSingle), 27);       // 8
-    WriteFrontOrRearWheelRadius(vehicle, settings::kWheels1Long,                        // 9
-                                settings::kWheelRadius1Single);
+    WriteValueLine(file, "Mass", "t", vehicle.Single(settings::kSingleMass), 27);       // 8
+    WriteFrontOrRearWheelRadius(vehicle, settings::kLongWheels + 1,                     // 9
+                                settings::kSingleWheelRadius + 1);
     WriteInertiaTensorLine(vehicle, "m ) )");                                           // 10
-    WriteCouplingSection(file, vehicle.Long(settings::kCouplingLong));                  // 11
+    WriteCouplingSection(file, vehicle.Long(settings::kLongCouplerType));               // 11
     WriteBuffers(file, kWagonBufferStiffness, kWagonBufferDamping);                     // 12-21
     file.Lines({
         kWagonAdheasion,                                                                // 22
@@ -30,10 +31,10 @@ void WriteWagonTemplate(VehicleText& vehicle) {
         "    DerailRailForce ( 2.5*27t )",                                              // 24: fixed, whatever the mass
         "    DerailBufferForce ( 400kN )",                                              // 25
     });
-    WriteNumWheels(vehicle, settings::kWheels1Long);                                    // 26
+    WriteNumWheels(vehicle, settings::kLongWheels + 1);                                 // 26
     WriteFriction(file, kWagonFrictionLinear, kWagonFrictionRotational);                // 27-30
 
-    if (subType == settings::kPassengerCar && vehicle.Long(settings::kViewPointLong) == 1) {
+    if (subType == PassengerCar && vehicle.Long(settings::kLongViewPoint) == 1) {
         file.Lines({
             "    Inside (",                                                             // 31a
             "        PassengerCabinFile ( inside" + vehicle.lowerName + ".s )",         // 31b
@@ -45,9 +46,9 @@ void WriteWagonTemplate(VehicleText& vehicle) {
             "    Sound ( \"genpasswagmodern.sms\" )",                                   // 31f
             "    )",                                                                    // 31g
         });
-    } else if (subType == settings::kFreightCar && intakePoints) {
+    } else if (subType == FreightCar && intakePoints) {
         WriteIntakePoint(file, "FreightGravel");                                        // 32
-    } else if (subType == settings::kTender && intakePoints) {
+    } else if (subType == Tender && intakePoints) {
         WriteIntakePoint(file, "FuelCoal");                                             // 32
         WriteIntakePoint(file, "FuelWater");
     }
@@ -76,7 +77,7 @@ void WriteWagonTemplate(VehicleText& vehicle) {
         "    BrakeCylinderPressureForMaxBrakeBrakeForce( 50 )",                         // 52
         kSpaceLine,                                                                     // 53
     });
-    file.Line(subType == settings::kPassengerCar                                        // 54
+    file.Line(subType == PassengerCar                                                   // 54
                   ? "      Sound (    \"GenPassWagModern.sms\" )"
                   : "      Sound (    \"GenFreightWag2.sms\" )");
     file.Line(")");                                                                     // 55

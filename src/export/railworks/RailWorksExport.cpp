@@ -5,23 +5,11 @@
 #include "export/textures/DriverSteps.h"
 #include "export/textures/TextureCheck.h"
 #include "export/textures/TextureConversion.h"
+#include "settings/ProjectSettings.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportrailworks {
 namespace {
-
-using exporttextures::kChecked;
-using exporttextures::kCompressionLong;
-using exporttextures::kConvertTexturesLong;
-using exporttextures::kCreateShapeLong;
-using exporttextures::kProjectTypeLong;
-
-// The setting only this export reads, beside those every driver reads.
-constexpr int32_t kSubTypeLong = 32;
-
-// Project types (long 0).
-constexpr int32_t kRailNetwork = 0;
-constexpr int32_t kRailVehicle = 1;
 
 // No window owns the locator's dialogs once the wizard has closed.
 constexpr intptr_t kNoOwnerWindow = 0;
@@ -48,7 +36,8 @@ class RailWorksExport {
     bool Run();
 
   private:
-    int32_t Long(int32_t index) const { return support::ElementAt(inputs_.userDataLongs, index); }
+    int32_t Long(size_t index) const { return settings::Long(inputs_.userDataLongs, index); }
+    bool Checked(size_t index) const { return settings::IsChecked(inputs_.userDataLongs, index); }
     std::string_view SimulatorName() const { return SimulatorNameOf(inputs_.railWorks); }
 
     std::string Root();
@@ -92,11 +81,13 @@ std::string RailWorksExport::CreateFolders() {
         folder = support::JoinPath(folder, level);
         files.CreateFolder(folder);
     }
-    const int32_t projectType = Long(kProjectTypeLong);
-    const bool animated =
-        projectType != kRailNetwork && projectType != kRailVehicle && IsAnimated(inputs_.scripting);
+    const settings::ProjectType projectType = settings::StoredProjectType(inputs_.userDataLongs);
+    const bool animated = projectType != settings::ProjectType::RailNetwork &&
+                          projectType != settings::ProjectType::RailVehicle &&
+                          IsAnimated(inputs_.scripting);
     for (const std::string& level :
-         ProjectFolder(projectType, Long(kSubTypeLong), animated, inputs_.projectName)) {
+         ProjectFolder(settings::Stored(projectType), Long(settings::kLongProjectSubType), animated,
+                       inputs_.projectName)) {
         folder = support::JoinPath(folder, level);
         files.CreateFolder(folder);
     }
@@ -139,18 +130,18 @@ bool RailWorksExport::Run() {
     }
     // 5 to 7.
     Step("pConvertTextures error: ", [&] {
-        if (Long(kConvertTexturesLong) == kChecked) {
-            exporttextures::ConversionSettings settings;
-            settings.toolsFolder = inputs_.application.ToolsFolder();
-            settings.modelFolder = inputs_.application.ModelFolder();
-            settings.targetFolder = projectFolder + "Textures";
-            settings.compression = Long(kCompressionLong);
-            settings.target = inputs_.railWorks ? exporttextures::TextureTarget::RailWorks
-                                                : exporttextures::TextureTarget::RailSimulator;
-            exporttextures::ConvertTextures(platform_, textures, settings);
+        if (Checked(settings::kLongConvertTextures)) {
+            exporttextures::ConversionSettings conversion;
+            conversion.toolsFolder = inputs_.application.ToolsFolder();
+            conversion.modelFolder = inputs_.application.ModelFolder();
+            conversion.targetFolder = projectFolder + "Textures";
+            conversion.compression = Long(settings::kLongCompression);
+            conversion.target = inputs_.railWorks ? exporttextures::TextureTarget::RailWorks
+                                                  : exporttextures::TextureTarget::RailSimulator;
+            exporttextures::ConvertTextures(platform_, textures, conversion);
         }
     });
-    if (Long(kCreateShapeLong) == kChecked) {
+    if (Checked(settings::kLongCreateShape)) {
         Step("CIE_ExportIGS error: ", [&] {
             ExportFile(&host::Exporter::ExportIGS, projectFolder + inputs_.projectName + ".igs");
         });
@@ -166,33 +157,43 @@ bool RailWorksExport::Run() {
 
 std::vector<std::string> ProjectFolder(int32_t projectType, int32_t subType, bool animated,
                                        const std::string& projectName) {
-    if (projectType == kRailVehicle) {
+    if (projectType == settings::Stored(settings::ProjectType::RailVehicle)) {
         const auto vehicle = [&projectName](const char* kind, const char* role) {
             return std::vector<std::string>{"RailVehicles", kind, projectName, "Default", role};
         };
-        switch (subType) {
-            case 0:
+        switch (static_cast<settings::VehicleSubType>(subType)) {
+            case settings::VehicleSubType::DieselEngine:
                 return vehicle("Diesel", "Engine");
-            case 1:
+            case settings::VehicleSubType::ElectricEngine:
                 return vehicle("Electric", "Engine");
-            case 2:
+            case settings::VehicleSubType::FreightCar:
                 return vehicle("Freight", "Wagon");
-            case 3:
+            case settings::VehicleSubType::PassengerCar:
                 return vehicle("Passenger", "Coach");
             default:
                 // Steam and tank engines, and a tender too: filed with the steam engines.
                 return vehicle("Steam", "Engine");
         }
     }
-    if (projectType == kRailNetwork) {
+    if (projectType == settings::Stored(settings::ProjectType::RailNetwork)) {
+        // Bridges, buffers, signals and track in the sub-types' order; everything else is filed
+        // with the tunnels.
         static constexpr const char* kNetworkKinds[] = {"Bridges", "Buffers", "Signals", "Track"};
-        const bool listed = subType >= 0 && subType < 4;
+        const bool listed =
+            subType >= 0 && subType < settings::Stored(settings::NetworkSubType::Tunnel);
         return {"RailNetwork", listed ? kNetworkKinds[subType] : "Tunnels"};
     }
     if (animated) {
         return {"Scenery", "Animated"};
     }
-    return {"Scenery", subType == 1 ? "Vegetation" : subType == 2 ? "Vehicles" : "Buildings"};
+    switch (static_cast<settings::ScenerySubType>(subType)) {
+        case settings::ScenerySubType::Vegetation:
+            return {"Scenery", "Vegetation"};
+        case settings::ScenerySubType::Vehicle:
+            return {"Scenery", "Vehicles"};
+        default:
+            return {"Scenery", "Buildings"};
+    }
 }
 
 bool ExportRailWorks(support::Platform& platform, const RailWorksExportInputs& inputs) noexcept {

@@ -31,8 +31,8 @@ struct RailWorksExportInputs {
 };
 
 // The folders of a project under the source tree's Addon folder, outermost first.
-// `projectType` and `subType` are the model's longs 0 and 32; `animated` tells whether any group
-// of the model has two or more animation keys (it matters to scenery only).
+// `projectType` and `subType` are the stored settings::ProjectType and sub-type; `animated` tells
+// whether any group of the model has two or more animation keys (it matters to scenery only).
 std::vector<std::string> ProjectFolder(int32_t projectType, int32_t subType, bool animated,
                                        const std::string& projectName);
 

@@ -1,7 +1,7 @@
-// What the simulator export drivers share around their own files: the settings they all read,
-// running their steps, finding the "Main" group, the prefix of the placeholder groups that no
-// export textures or measures, and the messages that end an export, each formed from the
-// simulator's name ("MSTS", "RailWorks", "Rail Simulator").
+// What the simulator export drivers share around their own files: running their steps, finding
+// the "Main" group, the prefix of the placeholder groups that no export textures or measures, and
+// the messages that end an export, each formed from the simulator's name ("MSTS", "RailWorks",
+// "Rail Simulator").
 #pragma once
 
 #include <cstdint>
@@ -14,13 +14,6 @@
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exporttextures {
-
-// The settings every driver reads (the model's longs); the options hold 2 when checked.
-inline constexpr int32_t kProjectTypeLong = 0;
-inline constexpr int32_t kCreateShapeLong = 1;
-inline constexpr int32_t kConvertTexturesLong = 4;
-inline constexpr int32_t kCompressionLong = 23;
-inline constexpr int32_t kChecked = 2;
 
 // Groups whose names begin with this (ignoring case) are placeholders: markers, not geometry.
 using support::kPlaceholderPrefix;

@@ -25,7 +25,7 @@
 
 namespace railwright::exporttextures {
 
-// The texture compression setting (the model's long 23).
+// The texture compression setting (settings::kLongCompression).
 inline constexpr int32_t kUncompressed = 0;
 inline constexpr int32_t kLosslessCompression = 1;
 inline constexpr int32_t kLossyCompression = 2;

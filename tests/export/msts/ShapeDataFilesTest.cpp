@@ -52,7 +52,7 @@ TEST(ShapeDataFile, SceneryHasItsBoxWithoutPlaceholdersAndItsCollisionBoxes) {
 TEST(ShapeDataFile, ARailNetworkObjectHasNoBoxAndAnEmptyComplex) {
     const Scene scene = SceneBuilder().Group("Main").Box({-4, 0, -1}, {4, 7, 1}, "g.tga").Build();
     EXPECT_TRUE(MatchesGolden(
-        ShapeDataFileText(*scene.scripting, "Signal Gantry", kRailNetworkProject, MainIndex(scene)),
+        ShapeDataFileText(*scene.scripting, "Signal Gantry", kRailNetwork, MainIndex(scene)),
         "msts/rail_network.sd"));
 }
 
@@ -65,9 +65,9 @@ TEST(ShapeDataFile, ARailVehicleHasItsBox) {
 TEST(RefFile, NamesItsClassByTypeAndItsShapeByTheRefName) {
     EXPECT_TRUE(
         MatchesGolden(RefFileText("~Depot", kScenery, "A small depot."), "msts/scenery_tilde.ref"));
-    EXPECT_TRUE(MatchesGolden(
-        RefFileText("Signal Gantry", kRailNetworkProject, "A gantry \u20AC over two tracks"),
-        "msts/rail_network.ref"));
+    EXPECT_TRUE(
+        MatchesGolden(RefFileText("Signal Gantry", kRailNetwork, "A gantry \u20AC over two tracks"),
+                      "msts/rail_network.ref"));
 }
 
 TEST(ShapeDataAndRefFiles, AreWrittenFromScratchInUnicode) {
