@@ -156,13 +156,17 @@ void DialogModel::SetFormFont(Font font) {
 }
 
 void DialogModel::SetDefaultButton(Control& button) {
-    defaultButton_ = &button;
-    Changed();
+    if (defaultButton_ != &button) {
+        defaultButton_ = &button;
+        Changed();
+    }
 }
 
 void DialogModel::SetCancelButton(Control& button) {
-    cancelButton_ = &button;
-    Changed();
+    if (cancelButton_ != &button) {
+        cancelButton_ = &button;
+        Changed();
+    }
 }
 
 void DialogModel::Load() {

@@ -23,6 +23,14 @@ frmWarn::frmWarn(SettingsStore& settings, FontWiz& fonts)
       cmdOK(Add(ControlKind::CommandButton, "cmdOK", "OK")),
       settings_(settings),
       fonts_(fonts) {
+    SetCaption(std::string(kMessageCaption));
+    Resize(360, 152);
+    // Tab order as listed; Enter and Escape both close the notice.
+    lblWarning.Place(12, 12, 336, 72);
+    chkContinueToReceiveWarning.Place(12, 92, 240, 20);
+    cmdOK.Place(264, 116, 84, 28);
+    SetDefaultButton(cmdOK);
+    SetCancelButton(cmdOK);
     cmdOK.onClick = [this] { Unload(); };
 }
 

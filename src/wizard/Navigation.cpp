@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "support/SupportingFunctions.h"
+#include "wizard/Layout.h"
 #include "wizard/ProjectTypes.h"
 #include "wizard/frmWizard.h"
 
@@ -36,19 +37,6 @@ constexpr std::array<std::string_view, kWheelGroupCount> kSteamWheelRows{
     "Wheels forward of the drive wheels", "Drive wheels", "Wheels behind the drive wheels."};
 constexpr std::array<std::string_view, 2> kVehicleWheelRows{"Front wheels", "Rear wheels"};
 
-// Page geometry, in pixels: the step list on the left, the page area beside it.
-constexpr int32_t kPageLeft = 136;
-constexpr int32_t kPageTop = 8;
-constexpr int32_t kPageWidth = 480;
-constexpr int32_t kPageHeight = 360;
-// The export preferences column whose visible items are stacked without gaps.
-constexpr int32_t kStackLeft = 8;
-constexpr int32_t kStackTop = 32;
-constexpr int32_t kStackWidth = 232;
-constexpr int32_t kTexturesHeight = 64;
-constexpr int32_t kCheckBoxHeight = 24;
-constexpr int32_t kMstsPreferencesHeight = 128;
-
 // A stored window edge: text converted to a number; text that is not a number gives 0.
 int32_t StoredEdge(const std::string& text) {
     return static_cast<int32_t>(std::strtod(text.c_str(), nullptr));
@@ -64,9 +52,7 @@ void frmWizard::InitialiseSteps() {
     for (int step = 0; step < kStepCount; ++step) {
         Control& button = optSteps[static_cast<size_t>(step)];
         button.SetCaption(Text(kStepCaptions[static_cast<size_t>(step)]));
-        Control& page = fraStep[static_cast<size_t>(step)];
-        page.Resize(kPageWidth, kPageHeight);
-        page.SetVisible(false);
+        fraStep[static_cast<size_t>(step)].SetVisible(false);
     }
     optSteps[kStepStart].SetValue(1);
     cmdPrevious.SetCaption("< Back");
@@ -101,9 +87,6 @@ void frmWizard::InitialiseSteps() {
     chkCreateShapeData.SetCaption("Create Shape Data");
     chkCabView.SetCaption("Create Default Cab View");
     chkSound.SetCaption("Create Default Sounds");
-    fraTextures.Resize(kStackWidth, kTexturesHeight);
-    chkExportToDocumentsFolder.Resize(kStackWidth, kCheckBoxHeight);
-    fraMSTSExportPreferences.Resize(kStackWidth, kMstsPreferencesHeight);
 
     for (size_t row = 0; row < lblDash.size(); ++row) {
         lblDash[row].SetCaption("-");
@@ -235,10 +218,11 @@ void frmWizard::SetUpPage() {
             page->SetVisible(false);
         }
         Control& page = fraStep[static_cast<size_t>(currentStep_)];
-        page.Move(kPageLeft, kPageTop);
+        page.Move(layout::kPageLeft, layout::kPageTop);
         page.SetVisible(true);
         cmdPrevious.SetEnabled(currentStep_ != kStepStart);
         cmdNext.SetEnabled(currentStep_ != kStepFinish);
+        SetDefaultButton(currentStep_ == kStepFinish ? cmdFinish : cmdNext);
 
         // 2. Everything that depends on the type starts hidden.
         for (Control* control :
@@ -343,10 +327,10 @@ void frmWizard::SetUpVehiclePage(const std::string& subType) {
 }
 
 void frmWizard::StackExportPreferences() {
-    int32_t top = kStackTop;
+    int32_t top = layout::kStackTop;
     for (Control* item : {&fraTextures, &chkExportToDocumentsFolder, &fraMSTSExportPreferences}) {
         if (item->Visible()) {
-            item->Move(kStackLeft, top);
+            item->Move(layout::kStackLeft, top);
             top += item->Height();
         }
     }

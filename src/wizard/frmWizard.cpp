@@ -203,6 +203,7 @@ frmWizard::frmWizard(support::Platform& platform, support::FontWiz& fonts, Wizar
     }
     lblFinish.SetContainer(fraStep[kStepFinish]);
 
+    InitialiseLayout();
     InitialiseSteps();
     InitialiseProjectTypes();
     InitialiseSimulatorSelection();

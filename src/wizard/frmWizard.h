@@ -6,9 +6,10 @@
 // settings to store with the model.
 //
 // The class is defined across one file per concern: frmWizard.cpp (the controls and the
-// plug-in's interface), Navigation.cpp (load, unload, steps and the page set-up),
-// ProjectTypes.cpp, SimulatorSelection.cpp, CustomFields.cpp, AttributeRules.cpp,
-// ProjectSettings.cpp, Identification.cpp (the part identification step) and Finish.cpp.
+// plug-in's interface), Layout.cpp (where each control sits), Navigation.cpp (load, unload,
+// steps and the page set-up), ProjectTypes.cpp, SimulatorSelection.cpp, CustomFields.cpp,
+// AttributeRules.cpp, ProjectSettings.cpp, Identification.cpp (the part identification step) and
+// Finish.cpp.
 #pragma once
 
 #include <cstdint>
@@ -228,6 +229,7 @@ class frmWizard : public support::DialogModel {
     void ReportError() noexcept;
 
     // Construction, one part per concern.
+    void InitialiseLayout();
     void InitialiseSteps();
     void InitialiseProjectTypes();
     void InitialiseSimulatorSelection();
