@@ -7,6 +7,7 @@
 
 #include "cli/Command.h"
 #include "cli/Services.h"
+#include "cli/TextureCache.h"
 #include "document/Document.h"
 #include "document/shape/ShapeWriter.h"
 #include "plugin/ProductExports.h"
@@ -146,9 +147,15 @@ int Apply(const ApplyOptions& options, Console console) {
         return false;
     };
     scene.application->SetExporterBehaviour(exporters);
-    if (const std::string error = model.WriteEmbeddedImages(); !error.empty()) {
-        err << "railwright: " << error << '\n';
-        return kExitUsage;
+    // The exporters take TGA and BMP files, as the modeller's materials name them.
+    const TextureCache cache(options.noCache);
+    const document::TexturePreparation textures = model.PrepareTextures(cache.Folder());
+    for (const std::string& notice : textures.notices) {
+        err << "railwright: " << notice << '\n';
+    }
+    if (!options.quiet && textures.written + textures.reused > 0) {
+        err << "railwright: textures: " << textures.written << " decoded, " << textures.reused
+            << " taken from the cache \"" << cache.Folder() << "\"\n";
     }
 
     plugin::ProductExports exports(platform);

@@ -58,6 +58,9 @@ int RunCommand(const std::vector<std::string>& arguments, Console console) {
     applyCommand->add_option("--output", apply.output,
                              "Save the model here instead of over MODEL");
     applyCommand->add_flag("--quiet", apply.quiet, "No progress and no summary");
+    applyCommand->add_flag("--no-cache", apply.noCache,
+                           "Make the TGA pictures of the model's PNG, JPEG and embedded textures "
+                           "in a temporary folder removed at exit, not in the user's cache");
 
     std::string inspectModel;
     bool json = false;

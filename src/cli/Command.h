@@ -2,6 +2,7 @@
 //
 //   railwright apply MODEL --script FILE [--msts DIR] [--railworks DIR] [--rail-simulator DIR]
 //                    [--documents DIR] [--tools DIR] [--settings FILE] [--output MODEL] [--quiet]
+//                    [--no-cache]
 //   railwright inspect MODEL [--json]
 //   railwright --help | --version
 //
@@ -42,6 +43,7 @@ struct ApplyOptions {
     std::string settings;
     std::string output;
     bool quiet = false;
+    bool noCache = false;  // the pictures made of the model's textures go to a temporary folder
 };
 
 int Apply(const ApplyOptions& options, Console console);

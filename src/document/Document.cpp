@@ -200,22 +200,8 @@ SaveResult Document::SaveAs(const std::string& path) {
     }
 }
 
-std::string Document::WriteEmbeddedImages() {
-    for (const EmbeddedImage& image : state_->images) {
-        const std::filesystem::path file = state_->folder / support::PathFromUtf8(image.fileName);
-        const std::string name = support::Utf8FromPath(file);
-        if (const std::optional<std::string> existing = ReadWholeFile(file)) {
-            if (*existing != image.bytes) {
-                return name + ": already exists and holds another image than image " +
-                       std::to_string(image.image) + " of " + Path() + ".";
-            }
-            continue;
-        }
-        if (!WriteWholeFile(file, image.bytes)) {
-            return name + ": cannot be written.";
-        }
-    }
-    return {};
+TexturePreparation Document::PrepareTextures(const std::string& cacheFolder) {
+    return document::PrepareTextures(*state_, support::PathFromUtf8(cacheFolder));
 }
 
 }  // namespace railwright::document

@@ -25,6 +25,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "document/TexturePreparation.h"
 #include "host/scene/Scene.h"
 
 namespace railwright::document {
@@ -71,11 +72,11 @@ class Document {
     // bound to the loaded file.
     SaveResult SaveAs(const std::string& path);
 
-    // Writes every image held inside the file (bufferView or data: URI) to the file name that
-    // its materials give it beside the model, so that texture conversion finds a file. A file
-    // of that name that already holds the same bytes is left as it is; one holding other bytes
-    // is an error. Empty on success.
-    [[nodiscard]] std::string WriteEmbeddedImages();
+    // Gives every material texture files the exporters take, as the modeller would: PNG, JPEG
+    // and images held inside the file are decoded into TGA files in `cacheFolder` (UTF-8),
+    // base colour factors multiplied in, and materials of one colour get a picture of it
+    // (TexturePreparation.h). The model's own file is not changed: saving keeps its images.
+    TexturePreparation PrepareTextures(const std::string& cacheFolder);
 
     // The model as `railwright inspect --json` prints it: groups in scene order (index, name,
     // parent index or -1, shapes, keys, fields by field name), materials by holder (holder,

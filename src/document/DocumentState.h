@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "document/StoredData.h"
+#include "document/TextureImages.h"
 #include "host/scene/Scene.h"
 
 namespace railwright::document {
@@ -30,16 +31,30 @@ struct GroupRecord {
     std::vector<int> children;  // glTF node indices, in order
 };
 
+// The images a glTF material paints with, by glTF image index (-1: none).
+struct MaterialImages {
+    int baseColour = -1;
+    LinearColour baseColourFactor = {1.0f, 1.0f, 1.0f, 1.0f};
+    int normal = -1;
+    int occlusion = -1;
+    int emissive = -1;
+    int metallicRoughness = -1;
+};
+
 struct MaterialRecord {
     std::shared_ptr<host::scene::SceneMaterial> material;
     int index = -1;  // the glTF material; -1 for the default material of primitives without one
+    std::string name;  // its own name, or one made from the model's name and its index
+    MaterialImages images;
 };
 
-// An image held inside the file (a bufferView or a data: URI) and the file name made for it.
-struct EmbeddedImage {
-    int image = -1;
-    std::string fileName;  // beside the model
-    std::string bytes;
+// A glTF image: a file beside the model or bytes held inside the file (a bufferView or a data:
+// URI).
+struct ImageSource {
+    std::string name;   // for files made from it: the file's own stem, else the image's name,
+                        // else the model's name and the image's index
+    std::string file;   // UTF-8; empty for an image held inside the file
+    std::string bytes;  // an image held inside the file
 };
 
 struct DocumentState {
@@ -55,7 +70,7 @@ struct DocumentState {
     std::vector<GroupRecord> groups;  // in scene order when loaded; [0] is the root group
     std::vector<MaterialRecord> materials;
     ModelData data;  // the settings values (edited in place) and the field names as loaded
-    std::vector<EmbeddedImage> images;
+    std::vector<ImageSource> images;  // by glTF image index
 };
 
 // Reads `file` into `state`. Empty on success; otherwise the fault, without the file's name.

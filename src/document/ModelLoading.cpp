@@ -17,8 +17,8 @@
 //    its normal, occlusion, emissive and metallic-roughness images. An image file is its URI
 //    percent-decoded and resolved against the model's folder (URIs with a scheme are kept as
 //    they are). An image inside the file (bufferView or data: URI) has no file of its own: it
-//    is named "<model name>_image<index>.<ext>" beside the model, a file that
-//    Document::WriteEmbeddedImages writes on request.
+//    is named "<model name>_image<index>.<ext>" beside the model until
+//    Document::PrepareTextures gives every material files the exporters take (TexturePreparation.h).
 //  - alpha mode MASK makes the base colour file the transparency map as well (its alpha is a
 //    cut-out); BLEND gives a translucency level of 1. OPAQUE gives neither.
 //  - animation keys: see Animations.h. Settings and custom fields: see StoredData.h.
@@ -98,6 +98,7 @@ class SceneMapper {
     void NameImages();
     std::string AddGroup(int nodeIndex, Node& parent);
     std::string AddMaterial(int index, SceneSelection& holder);
+    int ImageOf(int textureIndex) const;
     std::string TextureFile(int textureIndex) const;
 
     const tinygltf::Model& model_;
@@ -183,28 +184,34 @@ void SceneMapper::NameImages() {
     for (size_t i = 0; i < model_.images.size(); ++i) {
         const tinygltf::Image& image = model_.images[i];
         const auto data = dataUriImages_.find(static_cast<int>(i));
-        std::string bytes;
+        ImageSource source;
         if (image.bufferView >= 0) {
             const tinygltf::BufferView& view =
                 model_.bufferViews[static_cast<size_t>(image.bufferView)];
             const auto& buffer = model_.buffers[static_cast<size_t>(view.buffer)].data;
-            bytes.assign(reinterpret_cast<const char*>(buffer.data()) + view.byteOffset,
-                         view.byteLength);
+            source.bytes.assign(reinterpret_cast<const char*>(buffer.data()) + view.byteOffset,
+                                view.byteLength);
         } else if (data != dataUriImages_.end()) {
-            bytes = data->second;
+            source.bytes = data->second;
         } else {
             const std::string& uri = image.uri;
-            imageFiles_.push_back(IsRelativeReference(uri) ? ResolveReference(state_.folder, uri)
-                                  : HasScheme(uri)         ? uri
-                                                           : PercentDecode(uri));
+            source.file = IsRelativeReference(uri) ? ResolveReference(state_.folder, uri)
+                          : HasScheme(uri)         ? uri
+                                                   : PercentDecode(uri);
+            source.name = support::Utf8FromPath(support::PathFromUtf8(source.file).stem());
+            imageFiles_.push_back(source.file);
+            state_.images.push_back(std::move(source));
             continue;
         }
-        EmbeddedImage embedded{static_cast<int>(i), {}, std::move(bytes)};
-        embedded.fileName =
-            stem + "_image" + std::to_string(i) + ImageExtension(image.mimeType, embedded.bytes);
-        imageFiles_.push_back(
-            support::Utf8FromPath(state_.folder / support::PathFromUtf8(embedded.fileName)));
-        state_.images.push_back(std::move(embedded));
+        source.name = image.name.empty()
+                          ? stem + "_image" + std::to_string(i)
+                          : support::Utf8FromPath(support::PathFromUtf8(image.name).stem());
+        // Until its picture is written (Document::PrepareTextures) such an image is named as a
+        // file beside the model that does not exist.
+        imageFiles_.push_back(support::Utf8FromPath(
+            state_.folder / support::PathFromUtf8(stem + "_image" + std::to_string(i) +
+                                                  ImageExtension(image.mimeType, source.bytes))));
+        state_.images.push_back(std::move(source));
     }
 }
 
@@ -266,12 +273,13 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
     return {};
 }
 
+int SceneMapper::ImageOf(int textureIndex) const {
+    return textureIndex < 0 ? -1 : model_.textures[static_cast<size_t>(textureIndex)].source;
+}
+
 std::string SceneMapper::TextureFile(int textureIndex) const {
-    if (textureIndex < 0) {
-        return {};
-    }
-    const int source = model_.textures[static_cast<size_t>(textureIndex)].source;
-    return source < 0 ? std::string() : imageFiles_[static_cast<size_t>(source)];
+    const int image = ImageOf(textureIndex);
+    return image < 0 ? std::string() : imageFiles_[static_cast<size_t>(image)];
 }
 
 std::string SceneMapper::AddMaterial(int index, SceneSelection& holder) {
@@ -281,8 +289,24 @@ std::string SceneMapper::AddMaterial(int index, SceneSelection& holder) {
     }
     MaterialProperties properties;
     FieldValues fields = state_.data.defaultMaterialFields;
+    const std::string stem = support::Utf8FromPath(state_.file.stem());
+    std::string name = stem + "_material";
+    MaterialImages images;
     if (index >= 0) {
         const tinygltf::Material& material = model_.materials[static_cast<size_t>(index)];
+        name = material.name.empty() ? stem + "_material" + std::to_string(index) : material.name;
+        const tinygltf::PbrMetallicRoughness& pbr = material.pbrMetallicRoughness;
+        images.baseColour = ImageOf(pbr.baseColorTexture.index);
+        if (pbr.baseColorFactor.size() == 4) {
+            for (size_t c = 0; c < 4; ++c) {
+                images.baseColourFactor[c] =
+                    static_cast<float>(std::clamp(pbr.baseColorFactor[c], 0.0, 1.0));
+            }
+        }
+        images.normal = ImageOf(material.normalTexture.index);
+        images.occlusion = ImageOf(material.occlusionTexture.index);
+        images.emissive = ImageOf(material.emissiveTexture.index);
+        images.metallicRoughness = ImageOf(pbr.metallicRoughnessTexture.index);
         properties.textureFile = TextureFile(material.pbrMetallicRoughness.baseColorTexture.index);
         if (material.alphaMode == "MASK") {
             properties.transparencyMap = properties.textureFile;
@@ -304,7 +328,7 @@ std::string SceneMapper::AddMaterial(int index, SceneSelection& holder) {
     std::shared_ptr<SceneMaterial> material = holder.AddMaterial(properties);
     material->CustomFields() = fields;
     materials_[index] = material;
-    state_.materials.push_back({material, index});
+    state_.materials.push_back({material, index, name, images});
     return {};
 }
 

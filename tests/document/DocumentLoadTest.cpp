@@ -66,26 +66,6 @@ TEST(DocumentLoad, BoxTexturedAsTextAndAsBinary) {
     }
 }
 
-TEST(DocumentLoad, EmbeddedImagesAreWrittenBesideTheModelOnRequest) {
-    ScratchFolder scratch;
-    const std::unique_ptr<Document> document =
-        MustLoad(scratch.CopyCorpus("box_textured/glTF-Binary", "BoxTextured.glb"));
-    ASSERT_TRUE(document);
-    const std::filesystem::path image = scratch / "BoxTextured_image0.png";
-    EXPECT_FALSE(std::filesystem::exists(image));
-
-    EXPECT_EQ(document->WriteEmbeddedImages(), "");
-    const std::string png = ReadBytes(image);
-    EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
-    EXPECT_NE(ReadBytes(scratch / "BoxTextured.glb").find(png), std::string::npos);
-    EXPECT_EQ(document->WriteEmbeddedImages(), "");  // the same bytes again: nothing to do
-
-    testing::WriteBytes(image, "another picture");
-    const std::string error = document->WriteEmbeddedImages();
-    EXPECT_NE(error.find("BoxTextured_image0.png"), std::string::npos) << error;
-    EXPECT_EQ(ReadBytes(image), "another picture");
-}
-
 TEST(DocumentLoad, ClearCoatMaterialsShareTheirTexturesAndKeepBlend) {
     const std::filesystem::path folder = CorpusPath("clearcoat_test");
     const std::unique_ptr<Document> document = MustLoad(folder / "ClearCoatTest.gltf");
