@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "document/AccessorReader.h"
+#include "document/Handedness.h"
 
 namespace railwright::document {
 
@@ -77,8 +78,8 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         const size_t count = positions.size() / 3;
         const size_t base = shape.vertices.size();
         for (size_t i = 0; i < count; ++i) {
-            shape.vertices.push_back(
-                {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
+            shape.vertices.push_back(OtherHandedness(
+                host::Vector3{positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]}));
         }
 
         normals.clear();
@@ -99,7 +100,8 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
             shape.normals.push_back(
                 normals.empty()
                     ? host::Vector3{}
-                    : host::Vector3{normals[3 * i], normals[3 * i + 1], normals[3 * i + 2]});
+                    : OtherHandedness(host::Vector3{normals[3 * i], normals[3 * i + 1],
+                                                    normals[3 * i + 2]}));
         }
 
         texCoords.clear();

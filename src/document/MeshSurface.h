@@ -1,5 +1,6 @@
 // A glTF mesh as one shape of the scene: the positions of all its primitives one after another,
-// with their normals, first texture coordinates and triangles.
+// with their normals (both in the scene's axes, Handedness.h), first texture coordinates and
+// triangles, whose corners keep glTF's order.
 //
 // Each primitive adds its vertices to the shape's list; its triangles (modes TRIANGLES,
 // TRIANGLE_STRIP and TRIANGLE_FAN, indexed or not) index that list and go to the triangle set

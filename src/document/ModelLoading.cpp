@@ -7,6 +7,8 @@
 //  - every node of the scene is a group, in depth-first pre-order, children in their order. Its
 //    name is the node's name; a node without one is "Node<index>". Its local transform comes
 //    from the node's matrix or translation, rotation and scale.
+//  - positions, directions, transforms and keys change from glTF's right-handed axes to the
+//    scene's left-handed ones (Handedness.h); saving changes them back.
 //  - a node's mesh is one shape of its group: the positions of all its primitives, in the
 //    node's frame (a skinned mesh in its bind pose), with their surface (MeshSurface.h). The
 //    shape's material holder is named after the mesh ("Mesh<index>" when it has no name) and
@@ -21,6 +23,9 @@
 //    Document::PrepareTextures gives every material files the exporters take (TexturePreparation.h).
 //  - alpha mode MASK makes the base colour file the transparency map as well (its alpha is a
 //    cut-out); BLEND gives a translucency level of 1. OPAQUE gives neither.
+//  - a node with a light of KHR_lights_punctual adds a light to the model's light list at the
+//    node's origin, pointing along the node's -Z: a point light is a glow, a spot or
+//    directional light an ordinary light, in the light's colour.
 //  - animation keys: see Animations.h. Settings and custom fields: see StoredData.h.
 #include <algorithm>
 #include <cmath>
@@ -30,6 +35,7 @@
 #include "document/DocumentState.h"
 #include "document/Files.h"
 #include "document/GltfContainer.h"
+#include "document/Handedness.h"
 #include "document/MeshSurface.h"
 #include "document/TinyGltfReader.h"
 #include "document/Uri.h"
@@ -99,6 +105,7 @@ class SceneMapper {
     std::string AddGroup(int nodeIndex, Node& parent);
     std::string AddMaterial(int index, SceneSelection& holder);
     int ImageOf(int textureIndex) const;
+    std::string AddLight(const Json& node, const Node& group);
     std::string TextureFile(int textureIndex) const;
 
     const tinygltf::Model& model_;
@@ -233,16 +240,19 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
             }
         }
     }
-    const Affine local = NodeLocalTransform(node);
+    const Affine local = OtherHandedness(NodeLocalTransform(node));
     const std::shared_ptr<Node> group = state_.host.model->AddGroup(name, parent, local);
     if (std::string fault =
             ReadFieldValues(json, state_.data.groupFields.size(), group->CustomFields());
         !fault.empty()) {
         return owner + ": " + fault;
     }
+    if (std::string fault = AddLight(json, *group); !fault.empty()) {
+        return owner + ": " + fault;
+    }
     if (const auto keys = keys_.find(nodeIndex); keys != keys_.end()) {
         for (const host::scene::Key& key : keys->second) {
-            group->PutKey(key);
+            group->PutKey(OtherHandedness(key));
         }
     }
     if (node.mesh >= 0) {
@@ -270,6 +280,40 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
         group->AddShape(std::move(shape));
     }
     state_.groups.push_back({group, nodeIndex, name, local, group->Keys(), node.children});
+    return {};
+}
+
+std::string SceneMapper::AddLight(const Json& node, const Node& group) {
+    const auto extensions = node.find("extensions");
+    if (extensions == node.end() || !extensions->is_object()) {
+        return {};
+    }
+    const auto lightOf = extensions->find("KHR_lights_punctual");
+    if (lightOf == extensions->end()) {
+        return {};
+    }
+    const auto index = lightOf->is_object() ? lightOf->find("light") : lightOf->end();
+    if (index == lightOf->end() || !index->is_number_unsigned() ||
+        index->get<uint64_t>() >= model_.lights.size()) {
+        return "its light is not one of the file's " + std::to_string(model_.lights.size()) +
+               " lights.";
+    }
+    const tinygltf::Light& light = model_.lights[index->get<size_t>()];
+    host::Light added;
+    added.kind = light.type == "point" ? host::LightKind::Glow : host::LightKind::Ordinary;
+    if (light.color.size() == 3) {
+        added.red = static_cast<float>(light.color[0]);
+        added.green = static_cast<float>(light.color[1]);
+        added.blue = static_cast<float>(light.color[2]);
+    }
+    const Affine world = group.WorldAt(host::kCurrentPose);
+    added.position = host::scene::ToVector3(world.translation);
+    const host::scene::Vec3 direction = world.linear * host::scene::Vec3{0, 0, -1};
+    const double length = host::scene::Length(direction);
+    added.direction = length > 0 && std::isfinite(length)
+                          ? host::scene::ToVector3(direction * (1 / length))
+                          : host::Vector3{0, 0, -1};
+    state_.host.model->AddLight(added);
     return {};
 }
 

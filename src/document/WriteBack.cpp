@@ -2,7 +2,8 @@
 //
 // What the system can change is what is written: node (and scene) names, the hierarchy
 // (children lists and the scene's roots), the transforms of moved groups, animation keys,
-// custom field values and names, and the settings values. Everything else of the user's file
+// custom field values and names, and the settings values. Transforms and keys go back from the
+// scene's axes into glTF's (Handedness.h). Everything else of the user's file
 // (extensions, other extras, cameras, skins, morph targets, accessors, the order of keys) stays
 // as it was read. Keys on the root group have no node to live on and are not kept.
 #include <cmath>
@@ -10,6 +11,7 @@
 
 #include "document/Animations.h"
 #include "document/DocumentState.h"
+#include "document/Handedness.h"
 #include "document/Uri.h"
 
 namespace railwright::document {
@@ -169,7 +171,10 @@ std::string ChangeWriter::WriteKeysAndTransforms() {
     std::map<int, std::vector<host::scene::Key>> changedKeys;
     for (const GroupRecord& record : state_.groups) {
         if (record.node >= 0 && record.group->Keys() != record.keys) {
-            changedKeys[record.node] = record.group->Keys();
+            std::vector<host::scene::Key>& keys = changedKeys[record.node];
+            for (const host::scene::Key& key : record.group->Keys()) {
+                keys.push_back(OtherHandedness(key));
+            }
         }
     }
     if (!changedKeys.empty()) {
@@ -191,7 +196,8 @@ std::string ChangeWriter::WriteKeysAndTransforms() {
         if (record.group->LocalTransform() != record.local ||
             (newlyAnimated && node.contains("matrix"))) {
             if (std::string fault =
-                    WriteTransform(node, record.group->LocalTransform(), isAnimated);
+                    WriteTransform(node, OtherHandedness(record.group->LocalTransform()),
+                                   isAnimated);
                 !fault.empty()) {
                 return "node " + std::to_string(record.node) + " \"" + record.group->NameValue() +
                        "\": " + fault;

@@ -58,8 +58,9 @@ protected:
         testing::PutFile(path, json);
         return path;
     }
-    Result Apply(const std::string& script, std::vector<std::string> extra = {}) {
-        std::vector<std::string> arguments = {"apply",        Model(),
+    Result Apply(const std::string& script, std::vector<std::string> extra = {},
+                 const std::string& model = {}) {
+        std::vector<std::string> arguments = {"apply",        model.empty() ? Model() : model,
                                               "--script",     script,
                                               "--msts",       folder_ / "msts",
                                               "--documents",  folder_ / "documents",
@@ -203,6 +204,156 @@ TEST_F(SampleRun, WritesTheShapeInUnicodeWithAReportThatAgreesWithIt) {
     document::LoadResult saved = document::Document::Load(Model());
     ASSERT_TRUE(saved.document) << saved.error;
     EXPECT_EQ(saved.document->UserDataLongs().at(30), 1);
+}
+
+// The text of an MSTS text file after txt2uni (UTF-16LE with its mark), all of it ASCII.
+std::string AsciiOf(const std::string& unicode) {
+    std::string text;
+    for (size_t i = 2; i < unicode.size(); i += 2) {
+        text += unicode[i];
+    }
+    return text;
+}
+
+// The numbers of the first line of an MSTS text file that matches `pattern`, whose one group
+// holds them.
+std::vector<float> NumbersOf(const std::string& unicode, const std::string& pattern) {
+    const std::string text = AsciiOf(unicode);
+    std::smatch match;
+    if (!std::regex_search(text, match, std::regex(pattern))) {
+        ADD_FAILURE() << "no line matches " << pattern << " in\n" << text;
+        return {};
+    }
+    std::vector<float> numbers;
+    std::istringstream words(match[1].str());
+    for (float value = 0; words >> value;) {
+        numbers.push_back(value);
+    }
+    return numbers;
+}
+
+// A glTF model that is not the same left and right: a body, a tank on its left (glTF's +X), a
+// lamp with a spot light at the tank's front top corner, and a marker box further out for the
+// head-out placeholder. Nodes: 0 Body (1 Tank, 2 Lamp, 3 HeadOutMarker). The texture is the
+// sample's.
+std::string LopsidedModel(const fs::path& folder) {
+    std::string bin;
+    const auto box = [&bin](std::array<float, 3> low, std::array<float, 3> high) {
+        const size_t offset = bin.size();
+        for (int corner = 0; corner < 8; ++corner) {
+            for (int axis = 0; axis < 3; ++axis) {
+                const float value = (corner >> axis & 1) != 0 ? high[static_cast<size_t>(axis)]
+                                                               : low[static_cast<size_t>(axis)];
+                bin.append(reinterpret_cast<const char*>(&value), sizeof value);
+            }
+        }
+        return offset;
+    };
+    const std::vector<size_t> boxes = {box({-1, 0, -5}, {1, 3, 5}),
+                                       box({-1, -0.5f, -0.25f}, {1, 0.5f, 0.25f}),
+                                       box({-0.1f, -0.1f, -0.1f}, {0.1f, 0.1f, 0.1f})};
+    const size_t indices = bin.size();
+    // Two triangles on each face; which way round does not matter here.
+    for (const int corner : {0, 1, 3, 0, 3, 2, 4, 6, 7, 4, 7, 5, 0, 4, 5, 0, 5, 1,
+                             2, 3, 7, 2, 7, 6, 0, 2, 6, 0, 6, 4, 1, 5, 7, 1, 7, 3}) {
+        const auto index = static_cast<uint16_t>(corner);
+        bin.append(reinterpret_cast<const char*>(&index), sizeof index);
+    }
+    testing::PutFile((folder / "lopsided.bin").string(), bin);
+    nlohmann::json gltf = {
+        {"asset", {{"version", "2.0"}}},
+        {"extensionsUsed", {"KHR_lights_punctual"}},
+        {"extensions", {{"KHR_lights_punctual", {{"lights", {{{"type", "spot"}, {"spot", nlohmann::json::object()}}}}}}}},
+        {"buffers", {{{"uri", "lopsided.bin"}, {"byteLength", bin.size()}}}},
+        {"bufferViews", {{{"buffer", 0}, {"byteOffset", 0}, {"byteLength", indices}},
+                         {{"buffer", 0}, {"byteOffset", indices}, {"byteLength", 72}}}},
+        {"images", {{{"uri", "body.tga"}}}},
+        {"textures", {{{"source", 0}}}},
+        {"materials", {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}}},
+        {"scene", 0},
+        {"scenes", {{{"nodes", {0}}}}},
+        {"nodes",
+         {{{"name", "Body"}, {"mesh", 0}, {"children", {1, 2, 3}}},
+          // A quarter turn about Y: the tank stands 0.5 m wide and 2 m long.
+          {{"name", "Tank"}, {"mesh", 1}, {"translation", {1.25, 1.5, 3}},
+           {"rotation", {0, 0.70710678, 0, 0.70710678}}},
+          {{"name", "Lamp"}, {"translation", {1.5, 2, 4}},
+           {"extensions", {{"KHR_lights_punctual", {{"light", 0}}}}}},
+          {{"name", "HeadOutMarker"}, {"mesh", 2}, {"translation", {2, 2.8, 3}}}}},
+    };
+    for (size_t i = 0; i < boxes.size(); ++i) {
+        gltf["accessors"].push_back({{"bufferView", 0}, {"byteOffset", boxes[i]},
+                                     {"componentType", 5126}, {"count", 8}, {"type", "VEC3"}});
+        gltf["meshes"].push_back(
+            {{"primitives",
+              {{{"attributes", {{"POSITION", i}}}, {"indices", boxes.size()}, {"material", 0}}}}});
+    }
+    gltf["accessors"].push_back({{"bufferView", 1}, {"componentType", 5123}, {"count", 36},
+                                 {"type", "SCALAR"}});
+    const fs::path model = folder / "lopsided.gltf";
+    testing::PutFile(model.string(), gltf.dump());
+    return model.string();
+}
+
+TEST_F(SampleRun, ALopsidedModelPutsItsLightAndBoxOnTheSameSideAsItsShape) {
+    const std::string model = LopsidedModel(folder_.Path());
+    const std::string script = Script(R"({ "events": [
+        { "click": "chkMSTS" }, { "click": "cmdNext" },
+        { "select": "cboProjectType", "text": "Rail Vehicle" },
+        { "select": "cboProjectSubType", "text": "Diesel Engine" }, { "click": "cmdNext" },
+        { "type": "txtProjectTitle", "text": "Lopsided" },
+        { "type": "txtProjectName", "text": "Lopsided" }, { "click": "cmdNext" },
+        { "type": "txtDieselExhaust", "text": "0" }, { "click": "chkViewPoint" },
+        { "click": "cmdNext" },
+        { "pick": "Body" }, { "pick": "HeadOutMarker" },
+        { "click": "cmdNext" }, { "click": "cmdNext" }, { "click": "cmdFinish" } ] })");
+    const Result result = Apply(script, {}, model);
+    ASSERT_EQ(result.status, kExitSuccess) << result.err;
+    const fs::path trainset = fs::path(folder_ / "documents") / "TRAINS" / "TRAINSET" / "LOPSIDED";
+
+    const auto shape = document::shape::testing::ReadShapeFile(
+        testing::GetFile((trainset / "lopsided.s").string()));
+    ASSERT_EQ(shape.error, "");
+    std::array<float, 6> shapeBox = {1e9f, 1e9f, 1e9f, -1e9f, -1e9f, -1e9f};
+    for (const auto& triangle : shape.levels.at(0).placed) {
+        for (const auto& corner : triangle) {
+            for (size_t axis = 0; axis < 3; ++axis) {
+                shapeBox[axis] = std::min(shapeBox[axis], corner[axis]);
+                shapeBox[axis + 3] = std::max(shapeBox[axis + 3], corner[axis]);
+            }
+        }
+    }
+    // The tank, on the model's left, lies at negative X in MSTS's axes.
+    const std::array<float, 6> expectedBox = {-1.5f, 0, -5, 1, 3, 5};
+    const std::vector<float> sdBox = NumbersOf(
+        testing::GetFile((trainset / "lopsided.sd").string()), R"(ESD_Bounding_Box \( ([^)]*)\))");
+    ASSERT_EQ(sdBox.size(), 6u);
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_NEAR(shapeBox[i], expectedBox[i], 1e-4) << i;
+        EXPECT_NEAR(sdBox[i], shapeBox[i], 1e-4) << i;  // the marker is left out of both
+    }
+
+    // The light sits on the tank's corner, a vertex of the shape.
+    const std::string eng = testing::GetFile((trainset / "lopsided.eng").string());
+    const std::vector<float> light = NumbersOf(eng, R"(Position \( ([^)]*)\))");
+    ASSERT_EQ(light.size(), 3u);
+    EXPECT_NEAR(light[0], -1.5f, 1e-4);
+    const auto isVertex = [&shape](const std::vector<float>& point) {
+        for (const auto& triangle : shape.levels.at(0).placed) {
+            for (const auto& corner : triangle) {
+                if (std::abs(corner[0] - point[0]) < 1e-4f &&
+                    std::abs(corner[1] - point[1]) < 1e-4f &&
+                    std::abs(corner[2] - point[2]) < 1e-4f) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(isVertex(light));
+    EXPECT_FALSE(isVertex({-light[0], light[1], light[2]}));
+    // The head-out line is never written from its placeholder (the name test never matches).
+    EXPECT_EQ(AsciiOf(eng).find("HeadOut"), std::string::npos);
 }
 
 TEST_F(SampleRun, RefusesAScriptThatCannotBeReplayedAndLeavesTheModelAlone) {

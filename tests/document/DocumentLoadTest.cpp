@@ -103,13 +103,13 @@ TEST(DocumentLoad, DataUriBuffersAndJointAnimation) {
     EXPECT_EQ(GroupNames(*document),
               (std::vector<std::string>{"Scene", "Node0", "Node1", "Node2"}));
     // The joint turns about Z, a quarter turn each way, at 12 times half a second apart; it
-    // keeps its translation.
+    // keeps its translation. In the scene's left-handed axes the turns about Z change sense.
     const std::vector<host::scene::Key>& keys = model.GroupOrder()[3]->Keys();
     ASSERT_EQ(keys.size(), 12u);
     const float quarterTurn = 1.5707963f;
     for (const auto& [index, time, turn] :
-         {std::tuple{0, 0.0f, 0.0f}, std::tuple{2, 1.0f, quarterTurn}, std::tuple{6, 3.0f, 0.0f},
-          std::tuple{9, 4.5f, -quarterTurn}}) {
+         {std::tuple{0, 0.0f, 0.0f}, std::tuple{2, 1.0f, -quarterTurn}, std::tuple{6, 3.0f, 0.0f},
+          std::tuple{9, 4.5f, quarterTurn}}) {
         SCOPED_TRACE(index);
         const host::scene::Key& key = keys[static_cast<size_t>(index)];
         EXPECT_EQ(key.time, time);
@@ -133,13 +133,13 @@ TEST(DocumentLoad, RailVehicleHierarchyNamesAndBoundsThroughNodeMatrices) {
     host::SceneGroup& root = *scene.scripting->RootGroup();
     EXPECT_EQ(scene.scripting->Group(2)->Parent()->Name(), "RootNode");
     // Expected boxes: the vertices of the .bin mapped through the node matrices, worked out
-    // apart from this code.
+    // apart from this code, in the scene's axes (glTF's X with its sign changed).
     ExpectNear(scene.scripting->Group(2)->GetBounds(root, host::kCurrentPose),
-               {-80.4523f, 1.5109f, -54.4706f, 16.5423f, 98.5056f, 54.4706f}, 2e-3f);
+               {-16.5423f, 1.5109f, -54.4706f, 80.4523f, 98.5056f, 54.4706f}, 2e-3f);
     ExpectNear(scene.scripting->Group(7)->GetBounds(root, host::kCurrentPose),
-               {-169.2973f, 2.0297f, -50.3143f, -102.5400f, 68.7870f, 50.3143f}, 2e-3f);
+               {102.5400f, 2.0297f, -50.3143f, 169.2973f, 68.7870f, 50.3143f}, 2e-3f);
     ExpectNear(scene.model->GeometryBounds(host::kCurrentPose, ""),
-               {-451.8266f, 1.5109f, -143.3546f, 357.0839f, 359.8582f, 143.3545f}, 2e-3f);
+               {-357.0839f, 1.5109f, -143.3546f, 451.8266f, 359.8582f, 143.3545f}, 2e-3f);
     // Colour-only materials: no texture files.
     EXPECT_EQ(scene.scripting->MaterialList(0)->Material(0)->TextureFile(), "");
 }

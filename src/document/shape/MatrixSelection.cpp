@@ -191,16 +191,15 @@ MatrixPlan PlanMatrices(const Node& main, MatrixChoice choice) {
 }
 
 std::array<float, 12> MatrixRows(const Affine& local) {
-    // Mirroring X flips the sign of every element that mixes X with another axis.
-    const double mirror[3] = {-1, 1, 1};
+    // Row vectors: row i is the image of axis i, column i of the scene's matrix.
     std::array<float, 12> rows{};
     for (int row = 0; row < 3; ++row) {
         for (int column = 0; column < 3; ++column) {
             rows[static_cast<size_t>(row * 3 + column)] =
-                static_cast<float>(mirror[row] * mirror[column] * local.linear(column, row));
+                static_cast<float>(local.linear(column, row));
         }
     }
-    rows[9] = static_cast<float>(-local.translation.x);
+    rows[9] = static_cast<float>(local.translation.x);
     rows[10] = static_cast<float>(local.translation.y);
     rows[11] = static_cast<float>(local.translation.z);
     return rows;

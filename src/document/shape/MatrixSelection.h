@@ -10,7 +10,7 @@
 // groups and everything under them are left out. Matrices come in the tree's order (a parent
 // before its children), "Main" first.
 //
-// Frames are in the scene's axes (right-handed, Y up); the MSTS axes come later. A still
+// Frames are in the scene's axes, which are the shape's (left-handed: X right, Y up). A still
 // matrix holds its group's frame, scale included. A moving matrix must be a pure rotation and
 // translation, because the simulator replaces those two by its keys: its scale goes into the
 // geometry. Wheelsets, bogies and the main wheel link turn about their origin in the
@@ -69,8 +69,8 @@ enum class MatrixChoice {
 MatrixPlan PlanMatrices(const host::scene::Node& main,
                         MatrixChoice choice = MatrixChoice::NamedAndAnimated);
 
-// A matrix of the scene's axes as the shape writes it: mirrored in X, rows A, B, C (the images
-// of the X, Y and Z axes) and D (the translation).
+// A matrix as the shape writes it: rows A, B, C (the images of the X, Y and Z axes) and D (the
+// translation).
 std::array<float, 12> MatrixRows(const host::scene::Affine& local);
 
 }  // namespace railwright::document::shape

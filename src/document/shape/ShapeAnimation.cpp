@@ -33,9 +33,8 @@ bool AllTimesWhole(const MatrixPlan& plan) {
 
 RotationKey FileRotation(int32_t frame, const host::scene::Mat3& rotation) {
     const host::scene::Quaternion q = host::scene::ToQuaternion(rotation);
-    // Mirroring X turns the rotation's axis (x, y, z) into (x, -y, -z) and reverses its sense;
-    // the row-vector reading reverses it once more.
-    return {frame, static_cast<float>(-q.x), static_cast<float>(q.y), static_cast<float>(q.z),
+    // Read on row vectors, the rotation turns the other way: its conjugate.
+    return {frame, static_cast<float>(-q.x), static_cast<float>(-q.y), static_cast<float>(-q.z),
             static_cast<float>(q.w)};
 }
 
@@ -67,7 +66,7 @@ std::optional<Animation> BuildAnimation(const MatrixPlan& plan) {
                 FileRotation(frame, host::scene::SplitRotation(pose.linear).rotation));
             node.positions.push_back(
                 {frame,
-                 {static_cast<float>(-pose.translation.x), static_cast<float>(pose.translation.y),
+                 {static_cast<float>(pose.translation.x), static_cast<float>(pose.translation.y),
                   static_cast<float>(pose.translation.z)}});
             animation.frameCount = std::max(animation.frameCount, frame);
         }

@@ -22,8 +22,8 @@ namespace railwright::document::shape {
 // Nothing when no matrix moves.
 std::optional<Animation> BuildAnimation(const MatrixPlan& plan);
 
-// The file's numbers of a rotation of the scene's axes: the simulator reads slerp_rot keys as
-// the quaternion of the rotation in the left-handed axes acting on row vectors.
+// The file's numbers of a rotation of the scene: the simulator reads slerp_rot keys as the
+// quaternion of the rotation acting on row vectors.
 RotationKey FileRotation(int32_t frame, const host::scene::Mat3& rotation);
 
 }  // namespace railwright::document::shape

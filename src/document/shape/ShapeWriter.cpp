@@ -27,8 +27,7 @@ float Radius(const std::vector<Batch>& batches, const MatrixPlan& plan) {
         const host::scene::Affine& frame = plan.matrices[static_cast<size_t>(batch.matrix)].frame;
         for (const uint32_t corner : batch.corners) {
             const float* p = batch.records[corner].position;
-            // Back to the scene's axes (mirroring keeps lengths).
-            const host::scene::Vec3 world = frame.ApplyToPoint({-p[0], p[1], p[2]});
+            const host::scene::Vec3 world = frame.ApplyToPoint({p[0], p[1], p[2]});
             largest = std::max(largest, host::scene::Length(world));
         }
     }

@@ -35,7 +35,7 @@ Mat3 NormalMap(const Mat3& linear) {
     return map;
 }
 
-// A shape's vertices, normals and texture coordinates in its matrix's frame and the shape's axes.
+// A shape's vertices, normals and texture coordinates in its matrix's frame.
 struct MappedShape {
     std::vector<float> positions;  // three per vertex
     std::vector<float> normals;    // three per vertex; empty when the shape has none
@@ -49,7 +49,7 @@ MappedShape MapShape(const host::scene::Shape& shape, const Affine& toMatrix,
     mapped.positions.resize(count * 3);
     for (size_t i = 0; i < count; ++i) {
         const Vec3 p = toMatrix.ApplyToPoint(host::scene::ToVec3(shape.vertices[i]));
-        mapped.positions[3 * i] = static_cast<float>(-p.x);
+        mapped.positions[3 * i] = static_cast<float>(p.x);
         mapped.positions[3 * i + 1] = static_cast<float>(p.y);
         mapped.positions[3 * i + 2] = static_cast<float>(p.z);
     }
@@ -63,7 +63,7 @@ MappedShape MapShape(const host::scene::Shape& shape, const Affine& toMatrix,
                 continue;
             }
             mapped.hasNormal[i] = true;
-            mapped.normals[3 * i] = static_cast<float>(-n.x / length);
+            mapped.normals[3 * i] = static_cast<float>(n.x / length);
             mapped.normals[3 * i + 1] = static_cast<float>(n.y / length);
             mapped.normals[3 * i + 2] = static_cast<float>(n.z / length);
         }
@@ -138,7 +138,8 @@ GatherResult GatherBatches(const MatrixPlan& plan) {
                 const std::vector<uint32_t>& corners = set.corners;
                 batch.corners.reserve(batch.corners.size() + corners.size());
                 for (size_t t = 0; t + 2 < corners.size(); t += 3) {
-                    // Written the other way round: clockwise in the mirrored axes.
+                    // Written the other way round: the scene's front faces run counter-clockwise,
+                    // as glTF's do, the shape's clockwise.
                     const uint32_t written[3] = {corners[t], corners[t + 2], corners[t + 1]};
                     for (const uint32_t vertex : written) {
                         if (vertex >= count) {

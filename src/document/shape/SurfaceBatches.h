@@ -1,9 +1,9 @@
-// The triangles of the kept matrices, gathered per matrix and material, in the shape's axes.
+// The triangles of the kept matrices, gathered per matrix and material.
 //
-// The scene is right-handed with glTF's axes (Y up, +Z the front, -X the right); the shape is
-// left-handed with X to the right. Mirroring X takes one to the other with the front and the
-// top where they were, and turns counter-clockwise triangles clockwise, as the shape has them
-// once their corners are swapped. A corner without a normal (none in the scene, or a zero one)
+// The scene already has the shape's axes (left-handed: X right, Y up, Z the front), so
+// positions and normals are written as the matrices' frames give them. A triangle's corners run
+// counter-clockwise seen from its front in the scene, as in the glTF file it came from, and
+// clockwise in the shape: each triangle is written with two corners swapped. A corner without a normal (none in the scene, or a zero one)
 // takes its triangle's face normal: such faces are shaded flat.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace railwright::document::shape {
 
-// One vertex of a batch, in its matrix's frame and the shape's axes.
+// One vertex of a batch, in its matrix's frame.
 struct VertexRecord {
     float position[3] = {0, 0, 0};
     float normal[3] = {0, 1, 0};

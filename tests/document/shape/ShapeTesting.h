@@ -37,8 +37,8 @@ inline Written WriteAndRead(const host::scene::Node& main, const host::scene::Mo
     return written;
 }
 
-// The triangles of `main`'s tree as the shape must show them, in the shape's frame: every
-// group's triangles at the current pose, X mirrored, corners in the written (clockwise) order.
+// The triangles of `main`'s tree as the shape must show them, in the shape's frame (the scene's
+// axes): every group's triangles at the current pose, corners in the written (clockwise) order.
 // Placeholder groups and everything under them show nothing.
 inline std::vector<Triangle> ExpectedTriangles(const host::scene::Node& main) {
     std::vector<Triangle> triangles;
@@ -59,7 +59,7 @@ inline std::vector<Triangle> ExpectedTriangles(const host::scene::Node& main) {
                     for (size_t k = 0; k < 3; ++k) {
                         const host::scene::Vec3 p =
                             world.ApplyToPoint(host::scene::ToVec3(shape.vertices[order[k]]));
-                        triangle[k] = {static_cast<float>(-p.x), static_cast<float>(p.y),
+                        triangle[k] = {static_cast<float>(p.x), static_cast<float>(p.y),
                                        static_cast<float>(p.z)};
                     }
                     triangles.push_back(triangle);

@@ -121,14 +121,14 @@ TEST(ShapeWriter, ASignalRetainingItsSubObjectsKeepsAMatrixForEveryGroup) {
     }
 }
 
-TEST(ShapeWriter, MirrorsXAndTurnsTheCornersClockwise) {
-    // One triangle, counter-clockwise seen from +Z in the scene.
+TEST(ShapeWriter, KeepsTheSceneAxesAndTurnsTheCornersClockwise) {
+    // One triangle whose corners run as a glTF front face's do: the shape swaps two of them.
     host::scene::Shape triangle{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, nullptr};
     triangle.triangles = {{0, {0, 1, 2}}};
     const Scene scene = SceneBuilder().Group("Main").Mesh("Plate", triangle, {"plate.tga"}).Build();
     const auto written = WriteAndRead(*scene.GroupNamed("Main"), *scene.model);
     ASSERT_EQ(written.read.levels[0].placed.size(), 1u);
-    const testing::Triangle expected{{{0, 0, 0}, {0, 1, 0}, {-1, 0, 0}}};
+    const testing::Triangle expected{{{0, 0, 0}, {0, 1, 0}, {1, 0, 0}}};
     EXPECT_TRUE(SameTriangles({expected}, written.read.levels[0].placed));
 }
 
@@ -381,7 +381,7 @@ TEST(ShapeAnimation, DriveWheelKeysBecomeNodesMatchedToMatricesByIndex) {
     const testing::ReadAnimNode& wheels = read.animNodes[1];
     ASSERT_EQ(wheels.rotations.size(), 9u);
     ASSERT_EQ(wheels.positions.size(), 9u);
-    // A quarter turn about X, read through the mirror: x of the quaternion changes sign.
+    // A quarter turn about X, read on row vectors: x of the quaternion changes sign.
     const auto& second = wheels.rotations[1];
     EXPECT_EQ(second.frame, 1);
     EXPECT_NEAR(second.value[0], -std::sin(kEighthTurn / 2), 1e-6);
@@ -427,7 +427,8 @@ TEST(ShapeAnimation, AKeyAtTheCurrentPoseGivesTheSimulatorTheMatrixItWasWritten)
 }
 
 TEST(ShapeText, OneTexturedTriangleAsWrittenByHand) {
-    host::scene::Shape triangle{{{0, 0, 0}, {1, 0, 0}, {0, 2, 0}}, nullptr};
+    // On the right of the origin, as glTF's (1, 0, 0) is once loaded.
+    host::scene::Shape triangle{{{0, 0, 0}, {-1, 0, 0}, {0, 2, 0}}, nullptr};
     triangle.normals = {{0, 0, 1}, {0, 0, 1}, {0, 0, 1}};
     triangle.texCoords = {{0, 1}, {1, 1}, {0, 0}};
     triangle.triangles = {{0, {0, 1, 2}}};
