@@ -100,6 +100,9 @@ int Apply(const ApplyOptions& options, Console console) {
         return kExitUsage;
     }
     document::Document& model = *loaded.document;
+    for (const std::string& notice : model.Notices()) {
+        err << "railwright: " << model.Path() << ": " << notice << '\n';
+    }
     host::scene::Scene& scene = model.Scene();
 
     Services services(options.settings);

@@ -19,8 +19,20 @@ T Load(const unsigned char* bytes) {
 }
 
 // One component as a float; integers are normalised as glTF defines it (signed values clamp
-// at -1).
-float ReadComponent(const unsigned char* bytes, int componentType) {
+// at -1) or, when the accessor is not normalised, taken as the whole numbers they are.
+float ReadComponent(const unsigned char* bytes, int componentType, bool normalized) {
+    if (!normalized && componentType != TINYGLTF_COMPONENT_TYPE_FLOAT) {
+        switch (componentType) {
+            case TINYGLTF_COMPONENT_TYPE_BYTE:
+                return Load<int8_t>(bytes);
+            case TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE:
+                return Load<uint8_t>(bytes);
+            case TINYGLTF_COMPONENT_TYPE_SHORT:
+                return Load<int16_t>(bytes);
+            default:
+                return Load<uint16_t>(bytes);
+        }
+    }
     switch (componentType) {
         case TINYGLTF_COMPONENT_TYPE_FLOAT:
             return Load<float>(bytes);
@@ -53,7 +65,7 @@ const unsigned char* ViewStart(const tinygltf::Model& model, int viewIndex, size
 
 // Reads `count` elements starting at `start`, `stride` bytes apart, into `out` at `first`.
 void ReadElements(const unsigned char* start, size_t stride, size_t count, int components,
-                  int componentType, float* out) {
+                  int componentType, bool normalized, float* out) {
     const size_t componentSize = componentType == TINYGLTF_COMPONENT_TYPE_FLOAT ? 4
                                  : (componentType == TINYGLTF_COMPONENT_TYPE_SHORT ||
                                     componentType == TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT)
@@ -62,7 +74,8 @@ void ReadElements(const unsigned char* start, size_t stride, size_t count, int c
     for (size_t e = 0; e < count; ++e) {
         const unsigned char* element = start + e * stride;
         for (int c = 0; c < components; ++c) {
-            *out++ = ReadComponent(element + static_cast<size_t>(c) * componentSize, componentType);
+            *out++ = ReadComponent(element + static_cast<size_t>(c) * componentSize, componentType,
+                                   normalized);
         }
     }
 }
@@ -71,7 +84,8 @@ bool Accepted(int componentType, bool normalized, ComponentRule rule) {
     if (componentType == TINYGLTF_COMPONENT_TYPE_FLOAT) {
         return true;
     }
-    if (rule == ComponentRule::FloatOnly || !normalized) {
+    if (rule == ComponentRule::FloatOnly ||
+        (rule == ComponentRule::FloatOrNormalized && !normalized)) {
         return false;
     }
     return componentType == TINYGLTF_COMPONENT_TYPE_BYTE ||
@@ -95,7 +109,9 @@ std::string ReadAccessor(const tinygltf::Model& model, int index, int components
         return rule == ComponentRule::FloatOnly
                    ? owner + " does not hold floats (component type " +
                          std::to_string(accessor.componentType) + "), as it must here."
-                   : owner + " holds neither floats nor normalised integers.";
+                   : rule == ComponentRule::FloatOrNormalized
+                       ? owner + " holds neither floats nor normalised integers."
+                       : owner + " holds neither floats nor bytes or shorts.";
     }
     const auto width = static_cast<size_t>(components);
     values.assign(accessor.count * width, 0.0f);
@@ -105,7 +121,8 @@ std::string ReadAccessor(const tinygltf::Model& model, int index, int components
         const size_t elementSize = AccessorElementSize(accessor.type, accessor.componentType);
         const size_t stride = view.byteStride != 0 ? view.byteStride : elementSize;
         ReadElements(ViewStart(model, accessor.bufferView, accessor.byteOffset), stride,
-                     accessor.count, components, accessor.componentType, values.data());
+                     accessor.count, components, accessor.componentType, accessor.normalized,
+                     values.data());
     }
     if (accessor.sparse.isSparse) {
         const auto& sparse = accessor.sparse;
@@ -127,7 +144,8 @@ std::string ReadAccessor(const tinygltf::Model& model, int index, int components
                        std::to_string(accessor.count) + " elements.";
             }
             ReadElements(substitutes + i * elementSize, elementSize, 1, components,
-                         accessor.componentType, values.data() + target * width);
+                         accessor.componentType, accessor.normalized,
+                         values.data() + target * width);
         }
     }
     for (const float value : values) {

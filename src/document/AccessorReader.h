@@ -1,5 +1,5 @@
 // Reading the numbers of a validated accessor: byte strides, accessors without a bufferView
-// (zeros), sparse substitutions, and normalised integer components.
+// (zeros), sparse substitutions, and normalised or plain integer components.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,10 @@
 namespace railwright::document {
 
 enum class ComponentRule {
-    FloatOnly,         // vertex positions, animation times and translations
-    FloatOrNormalized  // rotations may also be normalised signed or unsigned bytes and shorts
+    FloatOnly,          // vertex positions, animation times and translations
+    FloatOrNormalized,  // rotations may also be normalised signed or unsigned bytes and shorts
+    FloatOrInteger      // quantized vertex data (KHR_mesh_quantization): bytes and shorts,
+                        // normalised or read as the whole numbers they hold
 };
 
 // Reads accessor `index` of a model that ValidateModel accepted, as `components` numbers per

@@ -135,6 +135,9 @@ std::vector<int32_t>& Document::UserDataLongs() {
 std::string& Document::UserDataString() {
     return state_->data.text;
 }
+const std::vector<std::string>& Document::Notices() const {
+    return state_->notices;
+}
 std::string Document::Path() const {
     return support::Utf8FromPath(state_->file);
 }

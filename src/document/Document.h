@@ -60,6 +60,9 @@ class Document {
     std::vector<int32_t>& UserDataLongs();
     std::string& UserDataString();
 
+    // What loading left out of the scene (points and lines), one line each.
+    const std::vector<std::string>& Notices() const;
+
     // The absolute path of the loaded file.
     std::string Path() const;
     bool IsBinary() const;

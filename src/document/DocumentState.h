@@ -71,6 +71,7 @@ struct DocumentState {
     std::vector<MaterialRecord> materials;
     ModelData data;  // the settings values (edited in place) and the field names as loaded
     std::vector<ImageSource> images;  // by glTF image index
+    std::vector<std::string> notices;  // what loading left out, one line each
 };
 
 // Reads `file` into `state`. Empty on success; otherwise the fault, without the file's name.

@@ -50,8 +50,18 @@ std::string Quoted(const std::string& name) {
 }  // namespace
 
 std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
-                            const std::vector<int32_t>& materialSlots, host::scene::Shape& shape) {
+                            const std::vector<PrimitiveLook>& looks, host::scene::Shape& shape,
+                            size_t& leftOut) {
     const tinygltf::Mesh& mesh = model.meshes[static_cast<size_t>(meshIndex)];
+    const bool quantized =
+        std::find(model.extensionsUsed.begin(), model.extensionsUsed.end(),
+                  "KHR_mesh_quantization") != model.extensionsUsed.end();
+    const ComponentRule positionRule =
+        quantized ? ComponentRule::FloatOrInteger : ComponentRule::FloatOnly;
+    const ComponentRule normalRule =
+        quantized ? ComponentRule::FloatOrNormalized : ComponentRule::FloatOnly;
+    const ComponentRule texCoordRule =
+        quantized ? ComponentRule::FloatOrInteger : ComponentRule::FloatOrNormalized;
     bool anyNormals = false;
     bool anyTexCoords = false;
     std::vector<float> positions;
@@ -70,8 +80,12 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         if (position < 0) {
             continue;
         }
-        if (std::string fault =
-                ReadAccessor(model, position, 3, ComponentRule::FloatOnly, positions);
+        if (primitive.mode >= 0 && primitive.mode < kModeTriangles) {
+            ++leftOut;
+            continue;
+        }
+        const PrimitiveLook look = p < looks.size() ? looks[p] : PrimitiveLook{};
+        if (std::string fault = ReadAccessor(model, position, 3, positionRule, positions);
             !fault.empty()) {
             return owner + " has positions that cannot be used: " + fault;
         }
@@ -84,8 +98,7 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
 
         normals.clear();
         if (const int normal = attribute("NORMAL"); normal >= 0) {
-            if (std::string fault =
-                    ReadAccessor(model, normal, 3, ComponentRule::FloatOnly, normals);
+            if (std::string fault = ReadAccessor(model, normal, 3, normalRule, normals);
                 !fault.empty()) {
                 return owner + " has normals that cannot be used: " + fault;
             }
@@ -106,8 +119,7 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
 
         texCoords.clear();
         if (const int texCoord = attribute("TEXCOORD_0"); texCoord >= 0) {
-            if (std::string fault =
-                    ReadAccessor(model, texCoord, 2, ComponentRule::FloatOrNormalized, texCoords);
+            if (std::string fault = ReadAccessor(model, texCoord, 2, texCoordRule, texCoords);
                 !fault.empty()) {
                 return owner + " has texture coordinates that cannot be used: " + fault;
             }
@@ -118,10 +130,16 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
             anyTexCoords = true;
         }
         shape.texCoords.resize(base);
+        const TexCoordTransform& turn = look.texCoords;
         for (size_t i = 0; i < count; ++i) {
+            if (texCoords.empty()) {
+                shape.texCoords.emplace_back();
+                continue;
+            }
+            const float u = texCoords[2 * i];
+            const float v = texCoords[2 * i + 1];
             shape.texCoords.push_back(
-                texCoords.empty() ? host::scene::TexCoord{}
-                                  : host::scene::TexCoord{texCoords[2 * i], texCoords[2 * i + 1]});
+                {turn.a * u + turn.b * v + turn.e, turn.c * u + turn.d * v + turn.f});
         }
 
         if (primitive.indices >= 0) {
@@ -148,7 +166,7 @@ std::string ReadMeshSurface(const tinygltf::Model& model, int meshIndex,
         for (uint32_t& corner : corners) {
             corner += static_cast<uint32_t>(base);
         }
-        const int32_t slot = p < materialSlots.size() ? materialSlots[p] : 0;
+        const int32_t slot = look.materialSlot;
         auto set = std::find_if(shape.triangles.begin(), shape.triangles.end(),
                                 [slot](const TriangleSet& s) { return s.material == slot; });
         if (set == shape.triangles.end()) {

@@ -28,6 +28,7 @@
 //    directional light an ordinary light, in the light's colour.
 //  - animation keys: see Animations.h. Settings and custom fields: see StoredData.h.
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "document/AccessorReader.h"
@@ -106,6 +107,7 @@ class SceneMapper {
     std::string AddMaterial(int index, SceneSelection& holder);
     int ImageOf(int textureIndex) const;
     std::string AddLight(const Json& node, const Node& group);
+    TexCoordTransform TexCoordTransformOf(int materialIndex) const;
     std::string TextureFile(int textureIndex) const;
 
     const tinygltf::Model& model_;
@@ -114,6 +116,7 @@ class SceneMapper {
     std::vector<std::string> imageFiles_;
     std::map<int, std::vector<host::scene::Key>> keys_;
     std::map<int, std::shared_ptr<SceneMaterial>> materials_;  // by glTF index, -1 the default
+    size_t leftOut_ = 0;  // primitives of points and lines
 };
 
 std::string SceneMapper::Map() {
@@ -182,6 +185,12 @@ std::string SceneMapper::Map() {
         for (auto it = children.rbegin(); it != children.rend(); ++it) {
             pending.emplace_back(*it, group);
         }
+    }
+    if (leftOut_ > 0) {
+        state_.notices.push_back(std::to_string(leftOut_) +
+                                 (leftOut_ == 1 ? " primitive of points or lines was"
+                                                : " primitives of points or lines were") +
+                                 " left out: a shape holds triangles only.");
     }
     return {};
 }
@@ -261,7 +270,7 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
             NameOf(Element(state_.json, "meshes", static_cast<size_t>(node.mesh)),
                    "Mesh" + std::to_string(node.mesh)));
         std::vector<int> held;
-        std::vector<int32_t> slots;  // per primitive, its material's place in the holder
+        std::vector<PrimitiveLook> looks;
         for (const tinygltf::Primitive& primitive : mesh.primitives) {
             auto slot = std::find(held.begin(), held.end(), primitive.material);
             if (slot == held.end()) {
@@ -271,10 +280,12 @@ std::string SceneMapper::AddGroup(int nodeIndex, Node& parent) {
                     return fault;
                 }
             }
-            slots.push_back(static_cast<int32_t>(slot - held.begin()));
+            looks.push_back({static_cast<int32_t>(slot - held.begin()),
+                             TexCoordTransformOf(primitive.material)});
         }
         host::scene::Shape shape{{}, holder};
-        if (std::string fault = ReadMeshSurface(model_, node.mesh, slots, shape); !fault.empty()) {
+        if (std::string fault = ReadMeshSurface(model_, node.mesh, looks, shape, leftOut_);
+            !fault.empty()) {
             return fault;
         }
         group->AddShape(std::move(shape));
@@ -315,6 +326,41 @@ std::string SceneMapper::AddLight(const Json& node, const Node& group) {
                           : host::Vector3{0, 0, -1};
     state_.host.model->AddLight(added);
     return {};
+}
+
+// The KHR_texture_transform of the material's base colour texture: offset, then rotation
+// (counter-clockwise in the image), then scale, applied to the coordinates in reverse order.
+TexCoordTransform SceneMapper::TexCoordTransformOf(int materialIndex) const {
+    if (materialIndex < 0) {
+        return {};
+    }
+    const Json* turn = &Element(state_.json, "materials", static_cast<size_t>(materialIndex));
+    for (const char* key :
+         {"pbrMetallicRoughness", "baseColorTexture", "extensions", "KHR_texture_transform"}) {
+        if (!turn->is_object() || !turn->contains(key)) {
+            return {};
+        }
+        turn = &(*turn)[key];
+    }
+    const auto pair = [turn](const char* key, double fallback) {
+        const auto found = turn->find(key);
+        std::array<double, 2> values = {fallback, fallback};
+        if (found != turn->end() && found->is_array() && found->size() == 2 &&
+            (*found)[0].is_number() && (*found)[1].is_number()) {
+            values = {(*found)[0].get<double>(), (*found)[1].get<double>()};
+        }
+        return values;
+    };
+    const auto [offsetU, offsetV] = pair("offset", 0.0);
+    const auto [scaleU, scaleV] = pair("scale", 1.0);
+    const auto rotation = turn->find("rotation");
+    const double angle =
+        rotation != turn->end() && rotation->is_number() ? rotation->get<double>() : 0.0;
+    const double cosine = std::cos(angle);
+    const double sine = std::sin(angle);
+    return {static_cast<float>(cosine * scaleU), static_cast<float>(sine * scaleV),
+            static_cast<float>(-sine * scaleU),  static_cast<float>(cosine * scaleV),
+            static_cast<float>(offsetU),         static_cast<float>(offsetV)};
 }
 
 int SceneMapper::ImageOf(int textureIndex) const {

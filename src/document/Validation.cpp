@@ -375,6 +375,11 @@ std::string CheckAssetAndExtensions(const Model& model) {
         return "it needs at least glTF version " + model.asset.minVersion + ".";
     }
     for (const std::string& extension : model.extensionsRequired) {
+        if (extension == "KHR_draco_mesh_compression" || extension == "EXT_meshopt_compression") {
+            return "its geometry is compressed with " + extension +
+                   ", which cannot be read here; export the model again without mesh "
+                   "compression.";
+        }
         if (!SupportsRequiredExtension(extension)) {
             return "it requires the extension " + extension + ", which cannot be read here.";
         }
@@ -386,7 +391,7 @@ std::string CheckAssetAndExtensions(const Model& model) {
 
 bool SupportsRequiredExtension(std::string_view name) {
     return name == "KHR_texture_transform" || name == "KHR_lights_punctual" ||
-           name.substr(0, 14) == "KHR_materials_";
+           name == "KHR_mesh_quantization" || name.substr(0, 14) == "KHR_materials_";
 }
 
 size_t AccessorElementSize(int type, int componentType) {

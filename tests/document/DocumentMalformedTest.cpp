@@ -111,7 +111,14 @@ TEST(DocumentMalformed, EditedBoxesAreRefusedForWhatIsWrong) {
              j["extensionsUsed"] = {"KHR_draco_mesh_compression"};
              j["extensionsRequired"] = {"KHR_draco_mesh_compression"};
          },
-         "KHR_draco_mesh_compression"},
+         "its geometry is compressed with KHR_draco_mesh_compression, which cannot be read "
+         "here"},
+        {"meshopt required",
+         [](Json& j) {
+             j["extensionsUsed"] = {"EXT_meshopt_compression"};
+             j["extensionsRequired"] = {"EXT_meshopt_compression"};
+         },
+         "its geometry is compressed with EXT_meshopt_compression"},
         {"texture transform required",
          [](Json& j) {
              j["extensionsUsed"] = {"KHR_texture_transform"};
