@@ -12,7 +12,6 @@
 #include "document/shape/ShapeWriter.h"
 #include "plugin/ProductExports.h"
 #include "plugin/Railwright.h"
-#include "settings/Slots.h"
 #include "support/SupportingFunctions.h"
 #include "support/Utf8Paths.h"
 #include "ui/script/ScriptedUserInterface.h"
@@ -125,14 +124,8 @@ int Apply(const ApplyOptions& options, Console console) {
         {options.msts.empty() ? std::string{} : support::JoinPath(options.msts, "train.exe"),
          options.railWorks.empty() ? options.railSimulator : options.railWorks});
     host::scene::ExporterBehaviour exporters;
-    // The distance-level setting is read when the export runs: the plug-in has stored the
-    // wizard's choices into the model's settings by then.
-    exporters.exportShape = [&](host::SceneGroup& mainGroup, const std::string& file) {
-        const std::vector<int32_t>& longs = model.UserDataLongs();
-        const document::shape::ShapeOptions shapeOptions{
-            longs.size() > settings::kLongDistanceLevels ? longs[settings::kLongDistanceLevels] : 0,
-            longs.size() > settings::kLongRetainSubObjects &&
-                longs[settings::kLongRetainSubObjects] == 1};
+    exporters.exportShape = [&](host::SceneGroup& mainGroup, const std::string& file,
+                                const host::ShapeExportOptions& shapeOptions) {
         const document::shape::ShapeWriteResult written = document::shape::WriteShapeFile(
             platform, toolsFolder, mainGroup, file, shapeOptions);
         if (!written.Ok()) {

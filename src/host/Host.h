@@ -167,12 +167,22 @@ public:
     virtual std::shared_ptr<host::Material> Material(int32_t index) = 0;
 };
 
+// The shape export's options, which the export driver hands over from the model's settings.
+struct ShapeExportOptions {
+    int32_t distanceLevels = 0;  // the distance-level choice (settings long 30)
+    // Every group keeps a matrix of its own (settings long 31 set to 1); otherwise only "Main",
+    // the named parts and the animated groups do.
+    bool retainSubObjects = false;
+    bool operator==(const ShapeExportOptions&) const = default;
+};
+
 class Exporter {
 public:
     virtual ~Exporter() = default;
 
     // Each returns true on success.
-    virtual bool ExportShape(SceneGroup& mainGroup, const std::string& shapeFile) = 0;
+    virtual bool ExportShape(SceneGroup& mainGroup, const std::string& shapeFile,
+                             const ShapeExportOptions& options) = 0;
     virtual bool ExportIGS(const std::string& file) = 0;
     virtual bool ExportIA(const std::string& file) = 0;
 };

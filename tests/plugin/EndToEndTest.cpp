@@ -64,7 +64,8 @@ class EndToEndTest : public ::testing::Test {
             return out.good();
         };
         scene.application->SetExporterBehaviour(
-            {[write](host::SceneGroup& group, const std::string& file) {
+            {[write](host::SceneGroup& group, const std::string& file,
+                     const host::ShapeExportOptions&) {
                  return write(file, "shape of " + group.Name());
              },
              [write](const std::string& file) { return write(file, "igs"); },

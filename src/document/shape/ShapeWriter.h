@@ -25,12 +25,8 @@
 
 namespace railwright::document::shape {
 
-struct ShapeOptions {
-    int32_t distanceLevels = 0;  // the model's distance-level setting (long 30)
-    // Every group keeps a matrix of its own (long 31 set to 1); otherwise only "Main", the named
-    // parts and the animated groups do.
-    bool retainSubObjects = false;
-};
+// What the export driver hands Exporter.ExportShape.
+using ShapeOptions = host::ShapeExportOptions;
 
 struct [[nodiscard]] BuiltShape {
     ShapeData data;

@@ -127,7 +127,9 @@ void MstsExport::ExportShape(int32_t mainIndex) {
     const std::string shapeFile =
         support::JoinPath(layout_.shapeFolder, support::ToLower(inputs_.projectName) + ".s");
     std::shared_ptr<host::SceneGroup> mainGroup = inputs_.scripting.Group(mainIndex);
-    if (!inputs_.application.CreateExporter()->ExportShape(*mainGroup, shapeFile)) {
+    const host::ShapeExportOptions options{Long(settings::kLongDistanceLevels),
+                                           Long(settings::kLongRetainSubObjects) == 1};
+    if (!inputs_.application.CreateExporter()->ExportShape(*mainGroup, shapeFile, options)) {
         throw support::RunTimeError(kErrorShapeNotExported,
                                     "The shape \"" + shapeFile + "\" was not exported");
     }

@@ -44,11 +44,12 @@ public:
                   std::shared_ptr<SceneApplication::Shared> shared)
         : failures_(std::move(failures)), shared_(std::move(shared)) {}
 
-    bool ExportShape(SceneGroup& mainGroup, const std::string& shapeFile) override {
+    bool ExportShape(SceneGroup& mainGroup, const std::string& shapeFile,
+                     const ShapeExportOptions& options) override {
         failures_->Check("Exporter.ExportShape");
         shared_->exportCalls.push_back("ExportShape " + GroupName(mainGroup) + " " + shapeFile);
         const ShapeWriter& writer = shared_->exporter.exportShape;
-        return !writer || writer(mainGroup, shapeFile);
+        return !writer || writer(mainGroup, shapeFile, options);
     }
 
     bool ExportIGS(const std::string& file) override {
@@ -133,7 +134,8 @@ void SceneApplication::SetExporterBehaviour(ExporterBehaviour behaviour) {
 }
 
 void SceneApplication::SetExportShapeResult(bool succeeds) {
-    shared_->exporter.exportShape = [succeeds](SceneGroup&, const std::string&) {
+    shared_->exporter.exportShape = [succeeds](SceneGroup&, const std::string&,
+                                               const ShapeExportOptions&) {
         return succeeds;
     };
 }

@@ -14,7 +14,8 @@
 namespace railwright::host::scene {
 
 // Writes the MSTS shape file of `mainGroup` to `shapeFile`; true on success.
-using ShapeWriter = std::function<bool(SceneGroup& mainGroup, const std::string& shapeFile)>;
+using ShapeWriter = std::function<bool(SceneGroup& mainGroup, const std::string& shapeFile,
+                                       const ShapeExportOptions& options)>;
 // Writes one RailWorks intermediate file; true on success.
 using FileWriter = std::function<bool(const std::string& file)>;
 

@@ -52,14 +52,16 @@ class MstsExportTest : public ::testing::Test {
     }
 
     // Wires the host of `model` to the installation, the tools and a shape writer that writes
-    // the group's name and how many shapes it has written so far.
+    // the group's name and how many shapes it has written so far, noting the options it got.
     void Prepare(Scene& model) {
         model.application->SetSimulators({mstsProgram, ""});
         model.application->SetToolsFolder(tools.Folder());
         model.application->SetModelFolder(modelFolder);
         model.application->SetDocumentsFolder(env.temp / "Documents");
         model.application->SetExporterBehaviour(
-            {[this](host::SceneGroup& group, const std::string& file) {
+            {[this](host::SceneGroup& group, const std::string& file,
+                    const host::ShapeExportOptions& options) {
+                 shapeOptions.push_back(options);
                  std::ofstream out(file, std::ios::binary);
                  out << "shape of " << group.Name() << " #" << ++shapesWritten;
                  return out.good();
@@ -99,6 +101,7 @@ class MstsExportTest : public ::testing::Test {
     std::vector<float> singles = std::vector<float>(6, 0.0f);
     std::vector<int32_t> longs = Longs(kRailVehicle, 0);
     int shapesWritten = 0;
+    std::vector<host::ShapeExportOptions> shapeOptions;
 };
 
 TEST_F(MstsExportTest, ARailVehicleLandsInItsTrainsetFolderWithEveryFile) {
@@ -118,6 +121,16 @@ TEST_F(MstsExportTest, ARailVehicleLandsInItsTrainsetFolderWithEveryFile) {
               std::string::npos);
     EXPECT_NE(shapeData.find(::railwright::testing::Wide("( -1.5 0 -10 1.5 4 10 )")),
               std::string::npos);
+}
+
+TEST_F(MstsExportTest, HandsTheDistanceLevelsAndTheSubObjectsChoiceToTheShapeExporter) {
+    longs[30] = 3;
+    longs[31] = 1;
+    ASSERT_TRUE(Export("Loco"));
+    longs[30] = 2;
+    longs[31] = 2;  // only 1 retains them
+    ASSERT_TRUE(Export("Loco"));
+    EXPECT_EQ(shapeOptions, (std::vector<host::ShapeExportOptions>{{3, true}, {2, false}}));
 }
 
 TEST_F(MstsExportTest, AProjectNamedLikeItsRouteGetsATildeRefFile) {

@@ -28,19 +28,19 @@ TEST(SceneApplication, ExportersRecordAndCallThePluggedWriters) {
     Scene scene = SceneBuilder().Group("Main").Build();
     std::vector<std::string> written;
     scene.application->SetExporterBehaviour(
-        {[&](SceneGroup& group, const std::string& file) {
+        {[&](SceneGroup& group, const std::string& file, const ShapeExportOptions&) {
              written.push_back(group.Name() + " -> " + file);
              return true;
          },
          nullptr, [](const std::string&) { return false; }});
     std::shared_ptr<Exporter> exporter = scene.application->CreateExporter();
 
-    EXPECT_TRUE(exporter->ExportShape(*scene.GroupNamed("Main"), "/out/loco.s"));
+    EXPECT_TRUE(exporter->ExportShape(*scene.GroupNamed("Main"), "/out/loco.s", {}));
     EXPECT_TRUE(exporter->ExportIGS("/out/loco.igs"));
     EXPECT_FALSE(exporter->ExportIA("/out/loco.ia"));
     scene.application->SetExportShapeResult(false);
     EXPECT_FALSE(scene.application->CreateExporter()->ExportShape(*scene.GroupNamed("Main"),
-                                                                 "/out/again.s"));
+                                                                 "/out/again.s", {}));
 
     EXPECT_EQ(written, (std::vector<std::string>{"Main -> /out/loco.s"}));
     EXPECT_EQ(scene.application->ExportCalls(),
@@ -206,7 +206,7 @@ TEST(SceneFailures, EveryOperationFailsWhenAskedAndOnlyThen) {
     std::shared_ptr<Exporter> exporter = scene.application->CreateExporter();
     std::shared_ptr<SimulatorLocator> locator = scene.application->CreateSimulatorLocator();
     scene.failures->FailEveryOperation(true);
-    EXPECT_THROW(exporter->ExportShape(*scene.GroupNamed("Body"), "x.s"), HostError);
+    EXPECT_THROW(exporter->ExportShape(*scene.GroupNamed("Body"), "x.s", {}), HostError);
     EXPECT_THROW(exporter->ExportIGS("x.igs"), HostError);
     EXPECT_THROW(exporter->ExportIA("x.ia"), HostError);
     EXPECT_THROW(locator->FindMSTS("", "Polyforge"), HostError);
