@@ -15,7 +15,7 @@
 #include <string>
 #include <system_error>
 
-#include "export/textures/Windows1252.h"
+#include "export/common/Windows1252.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ std::string ToUtf16LittleEndian(const std::string& bytes) {
     std::array<std::array<char, 2>, 256> units{};
     for (size_t byte = 0; byte < units.size(); ++byte) {
         const char16_t unit =
-            railwright::exporttextures::FromWindows1252(static_cast<uint8_t>(byte));
+            railwright::exportcommon::FromWindows1252(static_cast<uint8_t>(byte));
         units[byte] = {static_cast<char>(unit & 0xFFu), static_cast<char>(unit >> 8)};
     }
     std::string wide(2 + 2 * bytes.size(), '\0');

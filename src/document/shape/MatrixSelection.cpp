@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "export/textures/DriverSteps.h"
+#include "export/common/DriverSteps.h"
 #include "host/scene/PartNames.h"
 #include "support/SupportingFunctions.h"
 
@@ -34,7 +34,7 @@ bool IsCentred(std::string_view upperName) {
 }
 
 bool IsPlaceholder(const Node& group) {
-    return support::StartsWithIgnoreCase(group.NameValue(), exporttextures::kPlaceholderPrefix);
+    return support::StartsWithIgnoreCase(group.NameValue(), exportcommon::kPlaceholderPrefix);
 }
 
 // The rotation and translation of `pose`, without its scale or shear.

@@ -6,7 +6,7 @@
 #include <set>
 #include <string_view>
 
-#include "export/textures/Windows1252.h"
+#include "export/common/Windows1252.h"
 
 namespace railwright::document::shape {
 
@@ -70,7 +70,7 @@ class Text {
     }
     // A name as one token: quoted when it holds what would end a token.
     Text& Name(std::string_view name) {
-        const std::string bytes = exporttextures::ToWindows1252(name);
+        const std::string bytes = exportcommon::ToWindows1252(name);
         const bool plain = !bytes.empty() && bytes.find_first_of(" \t()\"") == std::string::npos &&
                            bytes.front() != '_' && bytes.front() != '#';
         if (plain) {

@@ -8,7 +8,7 @@
 
 #include "export/msts/MstsTextFile.h"
 #include "export/msts/VehicleFiles.h"
-#include "export/textures/DriverSteps.h"
+#include "export/common/DriverSteps.h"
 #include "settings/ProjectSettings.h"
 
 namespace railwright::exportmsts {
@@ -24,7 +24,7 @@ inline constexpr std::string_view kWagonFrictionLinear =
 inline constexpr std::string_view kWagonFrictionRotational =
     "        5.1N/rad/s        1        -1rad/s        0        1";
 
-using exporttextures::kPlaceholderPrefix;
+using exportcommon::kPlaceholderPrefix;
 
 // The model's box without its placeholders, in metres: x across, y up, z along the vehicle.
 struct ModelBox {

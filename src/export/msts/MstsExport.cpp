@@ -5,7 +5,7 @@
 #include "export/msts/CommonBody.h"
 #include "export/msts/DefaultCabAndSounds.h"
 #include "export/msts/ShapeDataFiles.h"
-#include "export/textures/DriverSteps.h"
+#include "export/common/DriverSteps.h"
 #include "export/textures/TextureCheck.h"
 #include "export/textures/TextureConversion.h"
 #include "settings/ProjectSettings.h"
@@ -53,7 +53,7 @@ class MstsExport {
     const MstsExportInputs& inputs_;
     support::UserInterface& ui_;
     Layout layout_;
-    exporttextures::ExportSteps steps_;
+    exportcommon::ExportSteps steps_;
     std::optional<std::string> toolsFolder_;
 };
 
@@ -160,16 +160,16 @@ bool MstsExport::Run() {
     // 1.
     layout_ = CreateFolders();
     // 2.
-    const std::optional<int32_t> mainIndex = exporttextures::FindMainGroup(inputs_.scripting);
+    const std::optional<int32_t> mainIndex = exportcommon::FindMainGroup(inputs_.scripting);
     if (!mainIndex) {
-        exporttextures::ShowNoMainGroup(ui_);
+        exportcommon::ShowNoMainGroup(ui_);
         return false;
     }
     // 3.
     exporttextures::TextureList textures;
     if (!exporttextures::CheckTextures(ui_, inputs_.scripting, inputs_.sceneGraph, textures,
                                        kPlaceholderPrefix)) {
-        exporttextures::ShowNotFullyTextured(ui_, kSimulatorName);
+        exportcommon::ShowNotFullyTextured(ui_, kSimulatorName);
         return false;
     }
     // 4 to 7.
@@ -195,13 +195,13 @@ bool MstsExport::Run() {
         }
     });
     // 8.
-    return exporttextures::FinishExport(ui_, kSimulatorName, steps_, layout_.exportFolder);
+    return exportcommon::FinishExport(ui_, kSimulatorName, steps_, layout_.exportFolder);
 }
 
 }  // namespace
 
 bool ExportToMsts(support::Platform& platform, const MstsExportInputs& inputs) noexcept {
-    return exporttextures::RunExport(platform.ui, kSimulatorName, [&] {
+    return exportcommon::RunExport(platform.ui, kSimulatorName, [&] {
         MstsExport run(platform, inputs);
         return run.Run();
     });

@@ -1,13 +1,13 @@
 #include "export/msts/MstsTextFile.h"
 
-#include "export/textures/UnicodeConversion.h"
-#include "export/textures/Windows1252.h"
+#include "export/common/UnicodeConversion.h"
+#include "export/common/Windows1252.h"
 #include "support/SupportingFunctions.h"
 
 namespace railwright::exportmsts {
 
 void MstsTextFile::Line(std::string_view text) {
-    bytes_ += exporttextures::ToWindows1252(text);
+    bytes_ += exportcommon::ToWindows1252(text);
     bytes_ += "\r\n";
 }
 
@@ -25,7 +25,7 @@ void SaveMstsTextFile(support::Platform& platform, const std::string& toolsFolde
                                     "Unable to write \"" + fileName + "\"");
     }
     // The exit code is not examined: a file the tool could not convert stays 8-bit text.
-    (void)exporttextures::ConvertToUnicode(platform, toolsFolder, fileName);
+    (void)exportcommon::ConvertToUnicode(platform, toolsFolder, fileName);
 }
 
 }  // namespace railwright::exportmsts

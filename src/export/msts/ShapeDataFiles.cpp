@@ -2,7 +2,7 @@
 
 #include "export/msts/CommonBody.h"
 #include "export/msts/MstsTextFile.h"
-#include "export/textures/Windows1252.h"
+#include "export/common/Windows1252.h"
 #include "settings/Slots.h"
 #include "support/SupportingFunctions.h"
 
@@ -85,7 +85,7 @@ std::string RefFileText(const std::string& refName, int32_t projectType,
     // The text needs no numbers, so no host formats any.
     std::string bytes;
     const auto line = [&bytes](std::string_view text) {
-        bytes += exporttextures::ToWindows1252(text);
+        bytes += exportcommon::ToWindows1252(text);
         bytes += "\r\n";
     };
     line("Static (");                                                   // 1

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "export/textures/DriverSteps.h"
+#include "export/common/DriverSteps.h"
 #include "export/textures/TextureCheck.h"
 #include "export/textures/TextureConversion.h"
 #include "settings/ProjectSettings.h"
@@ -53,7 +53,7 @@ class RailWorksExport {
     support::Platform& platform_;
     const RailWorksExportInputs& inputs_;
     support::UserInterface& ui_;
-    exporttextures::ExportSteps steps_;
+    exportcommon::ExportSteps steps_;
 };
 
 std::string RailWorksExport::Root() {
@@ -117,15 +117,15 @@ bool RailWorksExport::Run() {
     // 1, 2.
     const std::string projectFolder = CreateFolders();
     // 3.
-    if (!exporttextures::FindMainGroup(inputs_.scripting)) {
-        exporttextures::ShowNoMainGroup(ui_);
+    if (!exportcommon::FindMainGroup(inputs_.scripting)) {
+        exportcommon::ShowNoMainGroup(ui_);
         return false;
     }
     // 4.
     exporttextures::TextureList textures;
     if (!exporttextures::CheckTextures(ui_, inputs_.scripting, inputs_.sceneGraph, textures,
-                                       exporttextures::kPlaceholderPrefix)) {
-        exporttextures::ShowNotFullyTextured(ui_, SimulatorName());
+                                       exportcommon::kPlaceholderPrefix)) {
+        exportcommon::ShowNotFullyTextured(ui_, SimulatorName());
         return false;
     }
     // 5 to 7.
@@ -150,7 +150,7 @@ bool RailWorksExport::Run() {
         });
     }
     // 8.
-    return exporttextures::FinishExport(ui_, SimulatorName(), steps_, projectFolder);
+    return exportcommon::FinishExport(ui_, SimulatorName(), steps_, projectFolder);
 }
 
 }  // namespace
@@ -197,7 +197,7 @@ std::vector<std::string> ProjectFolder(int32_t projectType, int32_t subType, boo
 }
 
 bool ExportRailWorks(support::Platform& platform, const RailWorksExportInputs& inputs) noexcept {
-    return exporttextures::RunExport(platform.ui, SimulatorNameOf(inputs.railWorks), [&] {
+    return exportcommon::RunExport(platform.ui, SimulatorNameOf(inputs.railWorks), [&] {
         RailWorksExport run(platform, inputs);
         return run.Run();
     });

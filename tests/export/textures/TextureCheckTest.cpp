@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "export/ExportFixture.h"
-#include "export/textures/DriverSteps.h"
 #include "host/scene/Scene.h"
+#include "support/SupportingFunctions.h"
 
 namespace railwright::exporttextures {
 namespace {
@@ -22,7 +22,7 @@ struct CheckRun {
     std::vector<std::string> messages;
 };
 
-CheckRun Check(const Scene& scene, std::string_view excludePrefix = kPlaceholderPrefix) {
+CheckRun Check(const Scene& scene, std::string_view excludePrefix = support::kPlaceholderPrefix) {
     ui::script::ScriptedUserInterface ui{ui::script::EventScript{}};
     CheckRun run;
     run.ok = CheckTextures(ui, *scene.scripting, *scene.model, run.list, excludePrefix);

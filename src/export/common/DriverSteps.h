@@ -13,7 +13,7 @@
 #include "support/Platform.h"
 #include "support/SupportingFunctions.h"
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 
 // Groups whose names begin with this (ignoring case) are placeholders: markers, not geometry.
 using support::kPlaceholderPrefix;
@@ -88,4 +88,4 @@ bool RunExport(support::UserInterface& ui, std::string_view simulatorName,
 bool FinishExport(support::UserInterface& ui, std::string_view simulatorName,
                   const ExportSteps& steps, const std::string& folder);
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

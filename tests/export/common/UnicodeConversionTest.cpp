@@ -1,4 +1,4 @@
-#include "export/textures/UnicodeConversion.h"
+#include "export/common/UnicodeConversion.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include "support/SupportingFunctions.h"
 #include "ui/script/ScriptedUserInterface.h"
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 namespace {
 
 // A file system whose short paths are the long ones upper-cased, so that a test can see which
@@ -60,4 +60,4 @@ TEST(Txt2UniCommandLine, IsTheToolsFolderTheToolAndTheFile) {
 }
 
 }  // namespace
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

@@ -1,9 +1,9 @@
-#include "export/textures/Windows1252.h"
+#include "export/common/Windows1252.h"
 
 #include <array>
 #include <optional>
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 namespace {
 
 // Bytes 0x80 to 0x9F; the rest of the code page is Latin-1 (the byte is the character).
@@ -88,4 +88,4 @@ char16_t FromWindows1252(uint8_t byte) {
     return byte;
 }
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

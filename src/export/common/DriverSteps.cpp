@@ -1,8 +1,8 @@
-#include "export/textures/DriverSteps.h"
+#include "export/common/DriverSteps.h"
 
 #include "support/SupportingFunctions.h"
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 
 std::optional<int32_t> FindMainGroup(host::Scripting& scripting) {
     const int32_t count = scripting.GroupCount();
@@ -52,4 +52,4 @@ bool FinishExport(support::UserInterface& ui, std::string_view simulatorName,
     return true;
 }
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 
 // The character written for text that Windows-1252 cannot hold.
 inline constexpr char kUnmappableCharacter = '?';
@@ -20,4 +20,4 @@ std::string ToWindows1252(std::string_view utf8);
 // control characters of the same value, both ways, as the Windows conversion treats them.
 char16_t FromWindows1252(uint8_t byte);
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

@@ -1,6 +1,6 @@
-#include "export/textures/UnicodeConversion.h"
+#include "export/common/UnicodeConversion.h"
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 
 std::string Txt2UniCommandLine(const std::string& toolsFolder, const std::string& shortFile) {
     return support::JoinPath(toolsFolder, "txt2uni.exe") + " " + shortFile;
@@ -19,4 +19,4 @@ support::RunResult ConvertToUnicode(support::Platform& platform, const std::stri
     return result;
 }
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

@@ -1,11 +1,11 @@
-#include "export/textures/Windows1252.h"
+#include "export/common/Windows1252.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 namespace {
 
 struct EncodingCase {
@@ -56,4 +56,4 @@ TEST(FromWindows1252, GivesTheUnicodeCharacterOfEveryByte) {
 }
 
 }  // namespace
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon

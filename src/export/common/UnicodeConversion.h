@@ -8,7 +8,7 @@
 #include "support/Platform.h"
 #include "support/SupportingFunctions.h"
 
-namespace railwright::exporttextures {
+namespace railwright::exportcommon {
 
 // The command line: the tools folder, "txt2uni.exe ", and the file as given (its short form).
 std::string Txt2UniCommandLine(const std::string& toolsFolder, const std::string& shortFile);
@@ -19,4 +19,4 @@ std::string Txt2UniCommandLine(const std::string& toolsFolder, const std::string
 support::RunResult ConvertToUnicode(support::Platform& platform, const std::string& toolsFolder,
                                     const std::string& file);
 
-}  // namespace railwright::exporttextures
+}  // namespace railwright::exportcommon
