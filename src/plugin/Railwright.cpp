@@ -48,24 +48,25 @@ bool Railwright::Plugin_Apply(const std::shared_ptr<host::Scripting>& scene,
                               std::string& userDataString) noexcept {
     support::UserInterface& ui = platform_.ui;
     outcome_ = {};
-    // 1. The module-wide references.
+    // The references the plug-in holds for the length of the call.
     scene_ = scene;
     sceneGraph_ = sceneGraph;
     if (scene_ && sceneGraph_) {
         Attempt(ui, [&] {
             wizard::frmWizard wizard(platform_, fonts_, {*scene_, *sceneGraph_, viewer_});
-            // 2, 3, 5. A failure here leaves nothing to show: straight on to the notifications.
+            // The settings into the wizard. A failure here leaves nothing to show: straight on to
+            // the notifications.
             const bool ready = Attempt(ui, [&] {
                 wizard.SetOptions(userDataString, userDataSingles, userDataLongs);
                 wizard.SetFinishClicked(false);
                 wizard.SetSceneGraph(scene_->RootGroup()->SceneGraph());
             });
             if (ready) {
-                // 4, 6 to 11. A view that cannot be placed still opens the wizard.
+                // A view that cannot be placed still opens the wizard.
                 Attempt(ui, [&] { PlaceView(); });
-                // 12.
+                // The wizard, modally.
                 Attempt(ui, [&] { ui.ShowModal(wizard); });
-                // 13 to 17.
+                // Finish: the settings back into the model's values, then the exports.
                 if (wizard.FinishClicked()) {
                     outcome_.wizardFinished = true;
                     const bool ran = Attempt(ui, [&] {
@@ -75,12 +76,12 @@ bool Railwright::Plugin_Apply(const std::shared_ptr<host::Scripting>& scene,
                     outcome_.exportsSucceeded = outcome_.exportsSucceeded && ran;
                 }
             }
-            // 18, 19.
+            // Whatever happened, the host redraws and the wizard is unloaded.
             NotifyHost();
             Attempt(ui, [&] { wizard.Unload(); });
         });
     }
-    // 20.
+    // The references are released.
     scene_.reset();
     sceneGraph_.reset();
     return true;

@@ -213,7 +213,7 @@ void frmWizard::optSteps_Click(int index) {
 
 void frmWizard::SetUpPage() {
     try {
-        // 1. One page at a time.
+        // One page at a time.
         for (Control* page : fraStep) {
             page->SetVisible(false);
         }
@@ -224,7 +224,7 @@ void frmWizard::SetUpPage() {
         cmdNext.SetEnabled(currentStep_ != kStepFinish);
         SetDefaultButton(currentStep_ == kStepFinish ? cmdFinish : cmdNext);
 
-        // 2. Everything that depends on the type starts hidden.
+        // Everything that depends on the type starts hidden.
         for (Control* control :
              {&fraGeneralNonEngineAttibutes, &fraGeneralEngineWagonAttibutes,
               &fraElectricEngineAttibutes, &fraSteamEngineAttibutes, &fraDieselEngineAttributes,
@@ -234,7 +234,7 @@ void frmWizard::SetUpPage() {
             control->SetVisible(false);
         }
 
-        // 3, 4. Network objects and scenery.
+        // Network objects and scenery.
         const std::string type = cboProjectType.Text();
         if (type == kRailNetwork || type == kScenery) {
             if (chkMSTS.Value() == 1) {
@@ -250,12 +250,12 @@ void frmWizard::SetUpPage() {
             fraGeneralNonEngineAttibutes.SetVisible(true);
         }
 
-        // 5 to 8. Vehicles.
+        // Vehicles.
         if (type == kRailVehicle) {
             SetUpVehiclePage(cboProjectSubType.Text());
         }
 
-        // 9. Texture and MSTS preferences follow the simulators.
+        // Texture and MSTS preferences follow the simulators.
         if (chkMSTS.Value() == 1 || chkRailSimulator.Value() == 1 || chkRailWorks.Value() == 1) {
             fraTextures.SetVisible(true);
             chkExportToDocumentsFolder.SetVisible(true);
@@ -265,12 +265,12 @@ void frmWizard::SetUpPage() {
         }
         StackExportPreferences();
 
-        // 10. Clicks in the view identify parts only on their own step.
+        // Clicks in the view identify parts only on their own step.
         if (currentStep_ != kStepPartIdentification) {
             host_.viewer.EndPicking();
         }
 
-        // 11.
+        // The parts to identify follow the type and the attributes.
         RefreshPartIdentification();
     } catch (...) {
         ReportError();

@@ -81,15 +81,15 @@ struct BoxSlot {
 
 void frmWizard::LoadSettings(settings::ProjectSettings& settings) {
     try {
-        // 1.
+        // The material fields first: without room for them the wizard closes.
         if (!EnsureMaterialFields()) {
             return;
         }
-        // 2.
+        // Settings stored before versions were kept are brought to the current layout.
         if (settings.Long(settings::kLongSettingsVersion) == 0) {
             UpgradeSettings(settings);
         }
-        // 3. Each runs its box's click handling, which may close the wizard.
+        // The simulators. Each runs its box's click handling, which may close the wizard.
         const BoxSlot simulators[] = {{&chkMSTS, settings::kLongMsts},
                                       {&chkRailSimulator, settings::kLongRailSimulator},
                                       {&chkRailWorks, settings::kLongRailWorks},
@@ -102,9 +102,8 @@ void frmWizard::LoadSettings(settings::ProjectSettings& settings) {
                 return;
             }
         }
-        // 4.
         LoadSettingsText(settings);
-        // 5.
+        // The real-valued boxes, then the wheel rows.
         txtMass.SetText(
             RealBoxText(settings.Single(settings::kSingleMass), kMinDecimals, kMassDecimals));
         txtMaximumVelocity.SetText(RealBoxText(settings.Single(settings::kSingleMaximumVelocity),
@@ -118,12 +117,11 @@ void frmWizard::LoadSettings(settings::ProjectSettings& settings) {
             txtWheels[group].SetText(std::to_string(settings.Long(settings::kLongWheels + group)));
             chkBogie[group].SetValue(settings.Long(settings::kLongBogie + group));
         }
-        // 6. Choosing the type refills the sub-types, so it comes first.
+        // Choosing the type refills the sub-types, so it comes first.
         SelectStored(cboProjectType, settings.Long(settings::kLongProjectType));
         SelectStored(cboProjectSubType, settings.Long(settings::kLongProjectSubType));
-        // 7.
         LoadCounts(settings);
-        // 8.
+        // A new project gets the advice on where to start.
         if (settings.text.empty()) {
             lblStart.SetCaption(lblStart.Caption() + std::string(kParagraphBreak) +
                                 std::string(kTutorialAdvice));
@@ -286,19 +284,21 @@ void frmWizard::LoadCounts(settings::ProjectSettings& settings) {
 
 bool frmWizard::SaveSettings(settings::ProjectSettings& settings) {
     try {
-        // 1. Network objects and scenery end with their route, vehicles with the procedures.
+        // The texts. Network objects and scenery end with their route, vehicles with the
+        // procedures.
         const std::string& last =
             cboProjectType.Text() == kRailVehicle ? txtOperatingProcedures.Text() : cboRoute.Text();
         settings.text = settings::JoinSettingsText(
             {txtProjectTitle.Text(), txtProjectName.Text(), txtProjectDescription.Text(), last});
-        // 2.
+        // The real values.
         settings.Single(settings::kSingleMass) = StoredBoxValue(txtMass);
         settings.Single(settings::kSingleMaximumVelocity) = StoredBoxValue(txtMaximumVelocity);
         for (size_t group = 0; group < kWheelGroupCount; ++group) {
             settings.Single(settings::kSingleWheelRadius + group) =
                 StoredBoxValue(txtWheelRadius[group]);
         }
-        // 3. In this order, so that a short array ends the save at the same slot every time.
+        // The whole numbers, in this order, so that a short array ends the save at the same slot
+        // every time.
         for (size_t group = 0; group < kWheelGroupCount; ++group) {
             settings.Long(settings::kLongWheels + group) = StoredCount(txtWheels[group]);
             settings.Long(settings::kLongBogie + group) = chkBogie[group].Value();

@@ -80,7 +80,7 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
     const bool cabView = settings::IsChecked(inputs.userDataLongs, settings::kLongCabView);
     const bool sounds = settings::IsChecked(inputs.userDataLongs, settings::kLongSound);
 
-    // 1, 2. The default train's cab textures and sounds, for every vehicle but a passenger car.
+    // The default train's cab textures and sounds, for every vehicle but a passenger car.
     const std::string train =
         support::JoinPath(support::JoinPath(support::JoinPath(mstsFolder, "TRAINS"), "TRAINSET"),
                           DefaultTrain(subType));
@@ -97,7 +97,7 @@ void ExportVehicleFiles(support::Platform& platform, const std::string& toolsFol
         }
     }
 
-    // 3. An engine's cab view and sounds under the project's name, then its writer.
+    // An engine's cab view and sounds under the project's name, then its writer.
     const EngineFiles* engine = FindEngineFiles(subType);
     if (engine == nullptr) {
         WriteWagonFile(platform, toolsFolder, inputs);

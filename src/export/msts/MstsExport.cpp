@@ -157,22 +157,21 @@ void MstsExport::WriteVehicleOrRefFiles(int32_t mainIndex) {
 }
 
 bool MstsExport::Run() {
-    // 1.
+    // The folders first: a project without "Main" still gets them.
     layout_ = CreateFolders();
-    // 2.
     const std::optional<int32_t> mainIndex = exportcommon::FindMainGroup(inputs_.scripting);
     if (!mainIndex) {
         exportcommon::ShowNoMainGroup(ui_);
         return false;
     }
-    // 3.
+    // Every face must be textured; the check also lists the textures to convert.
     exporttextures::TextureList textures;
     if (!exporttextures::CheckTextures(ui_, inputs_.scripting, inputs_.sceneGraph, textures,
                                        kPlaceholderPrefix)) {
         exportcommon::ShowNotFullyTextured(ui_, kSimulatorName);
         return false;
     }
-    // 4 to 7.
+    // The files the options ask for; a failed step skips the ones after it.
     steps_.Run([&] {
         if (Checked(settings::kLongConvertTextures)) {
             ConvertTextures(textures);
@@ -194,7 +193,7 @@ bool MstsExport::Run() {
             WriteVehicleOrRefFiles(*mainIndex);
         }
     });
-    // 8.
+    // One box tells the outcome.
     return exportcommon::FinishExport(ui_, kSimulatorName, steps_, layout_.exportFolder);
 }
 

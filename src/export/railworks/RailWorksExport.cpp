@@ -114,21 +114,20 @@ void RailWorksExport::ExportFile(bool (host::Exporter::*operation)(const std::st
 }
 
 bool RailWorksExport::Run() {
-    // 1, 2.
+    // The folders first: a project without "Main" still gets them.
     const std::string projectFolder = CreateFolders();
-    // 3.
     if (!exportcommon::FindMainGroup(inputs_.scripting)) {
         exportcommon::ShowNoMainGroup(ui_);
         return false;
     }
-    // 4.
+    // Every face must be textured; the check also lists the textures to convert.
     exporttextures::TextureList textures;
     if (!exporttextures::CheckTextures(ui_, inputs_.scripting, inputs_.sceneGraph, textures,
                                        exportcommon::kPlaceholderPrefix)) {
         exportcommon::ShowNotFullyTextured(ui_, SimulatorName());
         return false;
     }
-    // 5 to 7.
+    // The textures, then the intermediate files; a failed step skips the ones after it.
     Step("pConvertTextures error: ", [&] {
         if (Checked(settings::kLongConvertTextures)) {
             exporttextures::ConversionSettings conversion;
@@ -149,7 +148,7 @@ bool RailWorksExport::Run() {
             ExportFile(&host::Exporter::ExportIA, projectFolder + inputs_.projectName + ".ia");
         });
     }
-    // 8.
+    // One box tells the outcome.
     return exportcommon::FinishExport(ui_, SimulatorName(), steps_, projectFolder);
 }
 
