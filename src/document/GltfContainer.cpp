@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "support/JsonNesting.h"
+
 namespace railwright::document {
 
 namespace {
@@ -124,28 +126,9 @@ std::optional<std::string> JoinGlb(std::string_view json, const std::string* bin
 }
 
 std::string JsonNestingFault(std::string_view json) {
-    int depth = 0;
-    bool inString = false;
-    for (size_t i = 0; i < json.size(); ++i) {
-        const char c = json[i];
-        if (inString) {
-            if (c == '\\') {
-                ++i;  // the escaped character cannot end the string
-            } else if (c == '"') {
-                inString = false;
-            }
-            continue;
-        }
-        if (c == '"') {
-            inString = true;
-        } else if (c == '{' || c == '[') {
-            if (++depth > kMaxJsonDepth) {
-                return "its JSON nests objects and arrays more than " +
-                       std::to_string(kMaxJsonDepth) + " deep.";
-            }
-        } else if ((c == '}' || c == ']') && depth > 0) {
-            --depth;
-        }
+    if (support::JsonNestingDepth(json) > static_cast<size_t>(kMaxJsonDepth)) {
+        return "its JSON nests objects and arrays more than " + std::to_string(kMaxJsonDepth) +
+               " deep.";
     }
     return {};
 }

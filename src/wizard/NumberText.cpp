@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "support/FloatText.h"
+
 namespace railwright::wizard {
 namespace {
 
@@ -128,10 +130,7 @@ int32_t WholeNumber(std::string_view text) {
 std::string DecimalText(float value, int minDecimals, int maxDecimals) {
     // The shortest fixed text that reads back as the same single: what the user typed, in the
     // usual case, so that 2.675 rounds to 2.68 rather than by its binary neighbour.
-    char buffer[128];
-    const auto [end, error] =
-        std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::fixed);
-    std::string text = error == std::errc{} ? std::string(buffer, end) : std::string("0");
+    const std::string text = support::ShortestFixedText(std::fabs(value));
     const size_t point = text.find('.');
     std::string whole = text.substr(0, point);
     std::string fraction = point == std::string::npos ? std::string{} : text.substr(point + 1);

@@ -1,6 +1,6 @@
 #include "document/shape/ExportReport.h"
 
-#include <charconv>
+#include "support/FloatText.h"
 
 namespace railwright::document::shape {
 
@@ -20,10 +20,7 @@ std::string Counted(size_t count, std::string_view one, std::string_view many) {
 }
 
 std::string Metres(float value) {
-    char buffer[32];
-    const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
-    return std::string(buffer, result.ptr) + " m";
+    return support::ShortestFixedText(value) + " m";
 }
 
 void List(std::string& text, std::string_view title, const std::vector<std::string>& names) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "export/common/Windows1252.h"
+#include "support/FloatText.h"
 
 namespace railwright::document::shape {
 
@@ -43,13 +44,7 @@ class Text {
         return *this;
     }
     Text& Number(float value) {
-        if (value == 0) {
-            value = 0;  // never "-0"
-        }
-        char buffer[64];
-        const auto result =
-            std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
-        bytes_.append(buffer, result.ptr);
+        bytes_ += support::ShortestFixedText(value);
         return *this;
     }
     template <typename Integer>

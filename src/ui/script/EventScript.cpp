@@ -2,36 +2,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/JsonNesting.h"
+
 namespace railwright::ui::script {
 namespace {
 
 using nlohmann::json;
 
+// So that a hostile file cannot exhaust the stack of the parser.
 constexpr size_t kMaxNesting = 64;
-
-// The deepest nesting of the text, so that a hostile file cannot exhaust the stack of the parser.
-size_t NestingDepth(std::string_view text) {
-    size_t depth = 0;
-    size_t deepest = 0;
-    bool inString = false;
-    for (size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (inString) {
-            if (c == '\\') {
-                ++i;
-            } else if (c == '"') {
-                inString = false;
-            }
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '[' || c == '{') {
-            deepest = std::max(deepest, ++depth);
-        } else if ((c == ']' || c == '}') && depth > 0) {
-            --depth;
-        }
-    }
-    return deepest;
-}
 
 std::optional<std::string> ParseEvent(const json& item, ScriptEvent& event) {
     if (!item.is_object()) {
@@ -94,7 +73,7 @@ std::optional<std::string> ParseEvent(const json& item, ScriptEvent& event) {
 
 ParseResult ParseEventScript(std::string_view text) {
     ParseResult result;
-    if (NestingDepth(text) > kMaxNesting) {
+    if (support::JsonNestingDepth(text) > kMaxNesting) {
         result.error = "the JSON is nested too deeply";
         return result;
     }
