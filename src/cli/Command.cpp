@@ -23,7 +23,8 @@ std::string DefaultToolsFolder(const std::string& programFolder) {
     namespace fs = std::filesystem;
     const fs::path folder = support::PathFromUtf8(programFolder);
     for (const fs::path& candidate :
-         {folder / ".." / "tools-bin", folder / ".." / "lib" / "railwright" / "tools"}) {
+         {folder / "tools", folder / ".." / "tools-bin",
+          folder / ".." / "lib" / "railwright" / "tools"}) {
         std::error_code error;
         if (fs::is_directory(candidate, error)) {
             return support::Utf8FromPath(fs::weakly_canonical(candidate, error));

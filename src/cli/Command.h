@@ -49,8 +49,9 @@ struct ApplyOptions {
 int Apply(const ApplyOptions& options, Console console);
 int Inspect(const std::string& model, bool json, Console console);
 
-// The tools folder the command uses without --tools: the tools built beside the program
-// (../tools-bin) or installed with it (../lib/railwright/tools); empty when neither exists.
+// The tools folder the command uses without --tools: the Windows release's "tools" folder beside
+// the program, the tools built beside it (../tools-bin) or installed with it
+// (../lib/railwright/tools); empty when none exists.
 std::string DefaultToolsFolder(const std::string& programFolder);
 
 }  // namespace railwright::cli

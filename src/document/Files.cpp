@@ -29,7 +29,7 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
     }
     std::string bytes(static_cast<size_t>(size), '\0');
     stream.seekg(0);
-    if (size > 0 && !stream.read(bytes.data(), size)) {
+    if (size > 0 && !stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
         return std::nullopt;
     }
     return bytes;

@@ -155,7 +155,7 @@ Result<std::vector<uint8_t>> EncodeStructured(const std::vector<const Image*>& l
         return TooLarge();
     }
 
-    std::vector<uint8_t> body(dataStart + dataSize);
+    std::vector<uint8_t> body(static_cast<size_t>(dataStart + dataSize));
     BodyWriter writer(body);
     PutHeader(writer, *levels.front(), flags, SurfaceFormatFor(AceData::Structured, alpha),
               channels);
@@ -196,7 +196,7 @@ Result<std::vector<uint8_t>> EncodeDxt1Body(const std::vector<const Image*>& lev
         return TooLarge();
     }
 
-    std::vector<uint8_t> body(dataStart + dataSize);
+    std::vector<uint8_t> body(static_cast<size_t>(dataStart + dataSize));
     BodyWriter writer(body);
     PutHeader(writer, top, flags | kRawData, SurfaceFormat::Dxt1, channels);
     uint64_t offset = dataStart;

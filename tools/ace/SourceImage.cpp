@@ -74,7 +74,7 @@ bool TgaDataComplete(std::span<const uint8_t> bytes, bool colourMapped) {
         if (position >= size) {
             return false;
         }
-        const uint8_t packet = bytes[position++];
+        const uint8_t packet = bytes[static_cast<size_t>(position++)];
         const uint64_t count = (packet & 0x7Fu) + 1u;
         position += (packet & 0x80u) ? bytesPerPixel : count * bytesPerPixel;
         covered += count;
