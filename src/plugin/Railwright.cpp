@@ -33,11 +33,11 @@ bool Attempt(support::UserInterface& ui, Step&& step) noexcept {
 Railwright::Railwright(support::Platform& platform, host::Viewer& viewer, ExportDrivers& exports)
     : platform_(platform), fonts_(platform.system), viewer_(viewer), exports_(exports) {}
 
-std::string Railwright::Plugin_Name() const { return std::string(kPluginName); }
+std::string Railwright::Plugin_Name() { return std::string(kPluginName); }
 
-std::string Railwright::Plugin_Author() const { return std::string(kPluginAuthor); }
+std::string Railwright::Plugin_Author() { return std::string(kPluginAuthor); }
 
-int32_t Railwright::Plugin_PluginClass() const { return 1; }
+int32_t Railwright::Plugin_PluginClass() { return 1; }
 
 void Railwright::Plugin_GetValidation(Validation&) const {}
 

@@ -54,9 +54,10 @@ public:
     // The viewer is the wizard's embedded view, owned by the front end.
     Railwright(support::Platform& platform, host::Viewer& viewer, ExportDrivers& exports);
 
-    std::string Plugin_Name() const;
-    std::string Plugin_Author() const;
-    int32_t Plugin_PluginClass() const;
+    // The identity needs no host: the COM class answers it without an application.
+    static std::string Plugin_Name();
+    static std::string Plugin_Author();
+    static int32_t Plugin_PluginClass();
     // No picture: the host shows its default icon.
     std::nullptr_t Plugin_Icon() const { return nullptr; }
     // Accepts whatever the host passes in: changes none of the arguments.
