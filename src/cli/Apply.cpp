@@ -14,6 +14,7 @@
 #include "plugin/Railwright.h"
 #include "support/SupportingFunctions.h"
 #include "support/Utf8Paths.h"
+#include "support/WholeFile.h"
 #include "ui/script/ScriptedUserInterface.h"
 
 namespace railwright::cli {
@@ -44,18 +45,6 @@ private:
     bool showProgress_;
 };
 
-std::optional<std::string> ReadWholeFile(const std::string& path) {
-    std::ifstream in(railwright::support::PathFromUtf8(path), std::ios::binary);
-    if (!in) {
-        return std::nullopt;
-    }
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        return std::nullopt;
-    }
-    return text;
-}
-
 bool IsFolder(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_directory(railwright::support::PathFromUtf8(path), error);
@@ -67,7 +56,7 @@ int Apply(const ApplyOptions& options, Console console) {
     std::ostream& err = console.err;
 
     // Everything the run needs is checked before anything is written.
-    const std::optional<std::string> scriptText = ReadWholeFile(options.script);
+    const std::optional<std::string> scriptText = support::ReadWholeFile(support::PathFromUtf8(options.script));
     if (!scriptText) {
         err << "railwright: cannot read the script \"" << options.script << "\"\n";
         return kExitUsage;

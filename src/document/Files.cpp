@@ -18,23 +18,6 @@ std::string Reason(const std::error_code& error) {
 
 }  // namespace
 
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary | std::ios::ate);
-    if (!stream) {
-        return std::nullopt;
-    }
-    const std::streamoff size = stream.tellg();
-    if (size < 0) {
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<size_t>(size), '\0');
-    stream.seekg(0);
-    if (size > 0 && !stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
-        return std::nullopt;
-    }
-    return bytes;
-}
-
 bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -7,10 +7,11 @@
 #include <string>
 #include <string_view>
 
+#include "support/WholeFile.h"
+
 namespace railwright::document {
 
-// The file's bytes, or nothing when it cannot be read.
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+using support::ReadWholeFile;
 // Writes the file from scratch; false when it could not be written completely.
 [[nodiscard]] bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 

@@ -259,35 +259,6 @@ std::string FindFileIgnoringCase(const std::string& path) {
     return slash == std::string::npos ? found.front() : folder + found.front();
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        return std::nullopt;
-    }
-    std::optional<std::string> contents;
-    struct stat status {};
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
-        contents.emplace();
-        char buffer[65536];
-        while (true) {
-            const ssize_t count = read(descriptor, buffer, sizeof buffer);
-            if (count < 0 && errno == EINTR) {
-                continue;
-            }
-            if (count < 0) {
-                contents.reset();
-                break;
-            }
-            if (count == 0) {
-                break;
-            }
-            contents->append(buffer, static_cast<size_t>(count));
-        }
-    }
-    close(descriptor);
-    return contents;
-}
-
 std::string PosixFileSystem::ShortPath(const std::string& path) {
     struct stat status {};
     if (path.empty() || stat(path.c_str(), &status) != 0) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/Platform.h"
+#include "support/WholeFile.h"
 
 namespace railwright::support::posix {
 
@@ -26,9 +27,6 @@ bool MatchesWildcard(std::string_view name, std::string_view pattern);
 // first in ListFiles order), the same test by which a tool is looked for in the tools folder.
 // Empty when there is none.
 std::string FindFileIgnoringCase(const std::string& path);
-
-// The whole of a regular file; empty when it cannot be read.
-std::optional<std::string> ReadWholeFile(const std::string& path);
 
 class PosixFileSystem : public FileSystem {
 public:

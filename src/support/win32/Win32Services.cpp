@@ -15,6 +15,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "support/WholeFile.h"
+
 namespace railwright::support::win32 {
 namespace {
 
@@ -127,11 +129,7 @@ bool Win32FileSystem::WriteFile(const std::string& path, std::string_view bytes)
 }
 
 std::optional<std::string> Win32FileSystem::ReadFile(const std::string& path) {
-    std::ifstream in(ToPath(path), std::ios::binary);
-    if (!in) {
-        return std::nullopt;
-    }
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return support::ReadWholeFile(ToPath(path));
 }
 
 std::string Win32FileSystem::ShortPath(const std::string& path) {
