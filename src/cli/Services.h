@@ -21,7 +21,7 @@ struct Services {
         return {files, processes, settings, system, ui};
     }
     support::win32::Win32FileSystem files;
-    support::win32::Win32Processes processes;
+    support::win32::Win32Processes processes{support::ExitWait::WakeOnExit};
     support::win32::RegistrySettingsStore settings;
     support::win32::Win32SystemInfo system;
 };

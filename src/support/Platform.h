@@ -67,11 +67,23 @@ enum class WindowStyle : int32_t {
     MinimizedNoFocus = 6,
 };
 
+// How run-and-wait passes the time between two looks at a running tool. The plug-in sleeps the
+// whole poll interval, as it always has; the command wakes as soon as the tool ends, the
+// interval being only the longest time between two looks at the user's side.
+enum class ExitWait { Sleep, WakeOnExit };
+
 class ProcessHandle {
 public:
     virtual ~ProcessHandle() = default;
     // The exit code, kStillActive while the process runs; empty when it cannot be read.
     virtual std::optional<int32_t> ExitCode() = 0;
+    // Blocks until the process ends or `longest` has passed, whichever comes first, and returns
+    // true; returns false at once when this handle does not wait (ExitWait::Sleep), and the
+    // caller sleeps instead.
+    virtual bool AwaitExit(std::chrono::milliseconds longest) {
+        (void)longest;
+        return false;
+    }
 };
 
 class Processes {

@@ -106,7 +106,9 @@ RunResult RunAndWait(Platform& platform, std::string_view commandLine, bool keep
         platform.ui.Repaint(*form);
     }
     do {
-        platform.processes.Sleep(kPollInterval);
+        if (process == nullptr || !process->AwaitExit(kPollInterval)) {
+            platform.processes.Sleep(kPollInterval);
+        }
         if (keepAlive) {
             platform.ui.PumpMessages();
         }

@@ -83,6 +83,8 @@ struct RunResult {
 
 // Starts a command line and waits for it by polling every 50 ms; no time-out. With keepAlive the
 // user interface's messages are handled between polls; `form`, when given, is repainted once.
+// Where the process handle waits for the end (ExitWait::WakeOnExit), a poll follows as soon as
+// the process has ended, and 50 ms is only the longest time between two polls.
 RunResult RunAndWait(Platform& platform, std::string_view commandLine, bool keepAlive,
                      WindowStyle style, DialogModel* form);
 

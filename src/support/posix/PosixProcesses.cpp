@@ -1,11 +1,14 @@
 #include "support/posix/PosixProcesses.h"
 
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <thread>
@@ -50,10 +53,65 @@ int32_t ExitCodeOf(int status) {
     return kStillActive;
 }
 
+// A descriptor that becomes readable when the process ends (Linux 5.3 and later); -1 where
+// there is none.
+int OpenProcessDescriptor(pid_t processId) {
+#ifdef SYS_pidfd_open
+    return static_cast<int>(syscall(SYS_pidfd_open, processId, 0));
+#else
+    (void)processId;
+    return -1;
+#endif
+}
+
 class PosixProcessHandle : public ProcessHandle {
 public:
-    PosixProcessHandle(pid_t processId, std::shared_ptr<EndedChildren> ended)
-        : processId_(processId), ended_(std::move(ended)) {}
+    PosixProcessHandle(pid_t processId, std::shared_ptr<EndedChildren> ended, ExitWait wait)
+        : processId_(processId), ended_(std::move(ended)), wait_(wait) {}
+    ~PosixProcessHandle() override {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+    PosixProcessHandle(const PosixProcessHandle&) = delete;
+    PosixProcessHandle& operator=(const PosixProcessHandle&) = delete;
+
+    bool AwaitExit(std::chrono::milliseconds longest) override {
+        if (wait_ != ExitWait::WakeOnExit) {
+            return false;
+        }
+        if (exitCode_) {
+            return true;
+        }
+        const auto deadline = std::chrono::steady_clock::now() + longest;
+        if (descriptor_ == -1 && !ended_->Find(processId_)) {
+            descriptor_ = OpenProcessDescriptor(processId_);
+            if (descriptor_ < 0) {
+                descriptor_ = -2;  // none to be had: look at the child in short steps
+            }
+        }
+        while (true) {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                deadline - std::chrono::steady_clock::now());
+            if (left.count() <= 0) {
+                return true;
+            }
+            if (descriptor_ >= 0) {
+                pollfd ready{descriptor_, POLLIN, 0};
+                const int polled = poll(&ready, 1, static_cast<int>(left.count()));
+                if (polled != 0 && !(polled < 0 && errno == EINTR)) {
+                    return true;  // ended (or the descriptor failed: the caller looks anyway)
+                }
+                continue;
+            }
+            // Without a descriptor: a look every millisecond, doubling up to the time left.
+            if (ExitCode() != kStillActive) {
+                return true;
+            }
+            step_ = std::min(std::max(step_ * 2, std::chrono::milliseconds(1)), left);
+            std::this_thread::sleep_for(step_);
+        }
+    }
 
     std::optional<int32_t> ExitCode() override {
         if (exitCode_) {
@@ -84,7 +142,10 @@ public:
 private:
     pid_t processId_;
     std::shared_ptr<EndedChildren> ended_;
+    ExitWait wait_;
     std::optional<int32_t> exitCode_;
+    int descriptor_ = -1;  // the pidfd once opened; -2 when there is none
+    std::chrono::milliseconds step_{0};
 };
 
 // Spawn attributes that give the child the default handling of every signal and no blocked
@@ -165,7 +226,8 @@ std::string FindProgram(const std::string& program) {
     }
 }
 
-PosixProcesses::PosixProcesses() : ended_(std::make_shared<EndedChildren>()) {}
+PosixProcesses::PosixProcesses(ExitWait wait)
+    : wait_(wait), ended_(std::make_shared<EndedChildren>()) {}
 
 std::optional<int32_t> PosixProcesses::Launch(std::string_view commandLine, WindowStyle) {
     std::vector<std::string> arguments = SplitCommandLine(commandLine);
@@ -204,7 +266,7 @@ std::unique_ptr<ProcessHandle> PosixProcesses::Open(int32_t taskId) {
     if (!exists) {
         return nullptr;
     }
-    return std::make_unique<PosixProcessHandle>(taskId, ended_);
+    return std::make_unique<PosixProcessHandle>(taskId, ended_, wait_);
 }
 
 void PosixProcesses::Sleep(std::chrono::milliseconds duration) {

@@ -1,5 +1,6 @@
 // Child processes on a POSIX system: a Windows-style command line started without a shell, and
-// exit codes read by polling.
+// exit codes read by polling; with ExitWait::WakeOnExit a handle also waits for its child's end
+// (on a pidfd where the kernel has them).
 #pragma once
 
 #include <chrono>
@@ -30,7 +31,7 @@ private:
 
 class PosixProcesses : public Processes {
 public:
-    PosixProcesses();
+    explicit PosixProcesses(ExitWait wait = ExitWait::Sleep);
 
     // Splits the command line with the Windows rules (SplitCommandLine) and starts the program
     // directly: a name without "/" is looked up in $PATH. The program must be an executable
@@ -40,11 +41,13 @@ public:
     // signal and an empty signal mask. The task id is the process id.
     std::optional<int32_t> Launch(std::string_view commandLine, WindowStyle style) override;
     // A handle for a child of this process (running or ended), or one whose exit code cannot be
-    // read for any other process that exists; null when there is no such process.
+    // read for any other process that exists; null when there is no such process. With
+    // ExitWait::WakeOnExit the handle's AwaitExit returns as soon as its child has ended.
     std::unique_ptr<ProcessHandle> Open(int32_t taskId) override;
     void Sleep(std::chrono::milliseconds duration) override;
 
 private:
+    ExitWait wait_;
     std::shared_ptr<EndedChildren> ended_;
 };
 

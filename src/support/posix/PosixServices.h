@@ -18,7 +18,7 @@ struct PosixServices {
                                         : settingsPath) {}
 
     PosixFileSystem files;
-    PosixProcesses processes;
+    PosixProcesses processes{ExitWait::WakeOnExit};
     FileSettingsStore settings;
     PosixSystemInfo system;
 };

@@ -46,7 +46,7 @@ std::vector<std::string> List(const std::string& folder, bool folders, std::stri
 
 class Win32ProcessHandle : public ProcessHandle {
 public:
-    explicit Win32ProcessHandle(HANDLE process) : process_(process) {}
+    Win32ProcessHandle(HANDLE process, ExitWait wait) : process_(process), wait_(wait) {}
     ~Win32ProcessHandle() override { CloseHandle(process_); }
     Win32ProcessHandle(const Win32ProcessHandle&) = delete;
     Win32ProcessHandle& operator=(const Win32ProcessHandle&) = delete;
@@ -59,8 +59,20 @@ public:
         return static_cast<int32_t>(code);
     }
 
+    // Wakes when the process ends, and also when a message arrives for this thread's windows,
+    // so that the caller's keep-alive pump answers at once.
+    bool AwaitExit(std::chrono::milliseconds longest) override {
+        if (wait_ != ExitWait::WakeOnExit) {
+            return false;
+        }
+        MsgWaitForMultipleObjects(1, &process_, FALSE, static_cast<DWORD>(longest.count()),
+                                  QS_ALLINPUT);
+        return true;
+    }
+
 private:
     HANDLE process_;
+    ExitWait wait_;
 };
 
 HKEY OpenSettingsKey(const std::string& application, const std::string& section, bool create) {
@@ -164,11 +176,15 @@ std::optional<int32_t> Win32Processes::Launch(std::string_view commandLine, Wind
 }
 
 std::unique_ptr<ProcessHandle> Win32Processes::Open(int32_t taskId) {
-    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, static_cast<DWORD>(taskId));
+    // The plug-in asks for the query right alone; waiting on the handle needs SYNCHRONIZE too.
+    const DWORD access = wait_ == ExitWait::WakeOnExit
+                             ? PROCESS_QUERY_INFORMATION | SYNCHRONIZE
+                             : PROCESS_QUERY_INFORMATION;
+    HANDLE process = OpenProcess(access, FALSE, static_cast<DWORD>(taskId));
     if (process == nullptr) {
         return nullptr;
     }
-    return std::make_unique<Win32ProcessHandle>(process);
+    return std::make_unique<Win32ProcessHandle>(process, wait_);
 }
 
 void Win32Processes::Sleep(std::chrono::milliseconds duration) {

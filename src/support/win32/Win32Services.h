@@ -1,5 +1,5 @@
 // The platform services on Windows: files and folders with wide paths, programs started with
-// CreateProcessW and polled with GetExitCodeProcess, the per-user settings store in the registry,
+// CreateProcessW and polled with GetExitCodeProcess (and, for the command, waited for), the per-user settings store in the registry,
 // and the system queries.
 #pragma once
 
@@ -26,9 +26,17 @@ public:
 
 class Win32Processes : public Processes {
 public:
+    // ExitWait::Sleep for the plug-in: handles opened with the query right alone (access mask
+    // 1024), polled. ExitWait::WakeOnExit for the command: handles that also wait for the end
+    // with MsgWaitForMultipleObjects.
+    explicit Win32Processes(ExitWait wait = ExitWait::Sleep) : wait_(wait) {}
+
     std::optional<int32_t> Launch(std::string_view commandLine, WindowStyle style) override;
     std::unique_ptr<ProcessHandle> Open(int32_t taskId) override;
     void Sleep(std::chrono::milliseconds duration) override;
+
+private:
+    ExitWait wait_;
 };
 
 // Values under HKEY_CURRENT_USER\Software\<application>\<section>, as strings.

@@ -209,5 +209,30 @@ TEST_F(PosixProcessesTest, RunAndWaitReturnsAfterTheChildEndedWithItsCode) {
     EXPECT_FALSE(missing.started);
 }
 
+TEST_F(PosixProcessesTest, AHandleThatWakesOnExitWaitsForTheChildsEndOnly) {
+    PosixProcesses waking(ExitWait::WakeOnExit);
+    const std::optional<int32_t> taskId = waking.Launch(
+        QuoteArgument(kRecordArgs) + " " + QuoteArgument(output) + " --sleep=300 --exit=3",
+        WindowStyle::Hidden);
+    ASSERT_TRUE(taskId);
+    const std::unique_ptr<ProcessHandle> handle = waking.Open(*taskId);
+    ASSERT_NE(handle, nullptr);
+    // The child sleeps first: a short wait ends while it still runs.
+    EXPECT_TRUE(handle->AwaitExit(std::chrono::milliseconds(1)));
+    EXPECT_EQ(handle->ExitCode(), kStillActive);
+    // A wait that did not wake at the child's end would outlast the test's time limit.
+    EXPECT_TRUE(handle->AwaitExit(std::chrono::hours(1)));
+    EXPECT_EQ(handle->ExitCode(), 3);
+    EXPECT_TRUE(handle->AwaitExit(std::chrono::hours(1)));
+
+    // The plug-in's processes do not wait: the caller sleeps instead.
+    const std::optional<int32_t> polled = processes.Launch(QuoteArgument(kRecordArgs) + " " +
+                                                               QuoteArgument(output) + " --exit=0",
+                                                           WindowStyle::Hidden);
+    ASSERT_TRUE(polled);
+    EXPECT_FALSE(processes.Open(*polled)->AwaitExit(std::chrono::hours(1)));
+    EXPECT_EQ(WaitFor(*polled), 0);
+}
+
 }  // namespace
 }  // namespace railwright::support::posix
