@@ -100,6 +100,9 @@ class TimedProcesses : public Processes {
             }
             return code;
         }
+        bool AwaitExit(std::chrono::milliseconds longest) override {
+            return inner_->AwaitExit(longest);
+        }
 
       private:
         std::unique_ptr<ProcessHandle> inner_;
@@ -172,8 +175,8 @@ Phases RunOnce(const fs::path& model, const std::string& pristine, const std::st
             longs[railwright::settings::kLongRetainSubObjects] == 1};
         const auto toolsBefore = processes.txt2uni;
         const auto started = Clock::now();
-        const auto written = railwright::document::shape::WriteShapeFile(platform, tools + "/",
-                                                                         main, file, options);
+        const auto written = railwright::document::shape::WriteShapeFile(platform, main, file,
+                                                                         options);
         shapeTime += Clock::now() - started;
         shapeTools += processes.txt2uni - toolsBefore;
         return written.Ok();

@@ -155,8 +155,7 @@ void BM_WriteShapeFile(benchmark::State& state) {
     size_t bytes = 0;
     for (auto _ : state) {
         const auto written = railwright::document::shape::WriteShapeFile(
-            platform, std::string(RAILWRIGHT_TOOLS_BIN_DIR) + "/", *scene.GroupNamed("Main"), file,
-            {0});
+            platform, *scene.GroupNamed("Main"), file, {0});
         if (!written.Ok()) {
             state.SkipWithError(written.error.c_str());
             return;

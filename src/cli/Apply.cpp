@@ -116,7 +116,7 @@ int Apply(const ApplyOptions& options, Console console) {
     exporters.exportShape = [&](host::SceneGroup& mainGroup, const std::string& file,
                                 const host::ShapeExportOptions& shapeOptions) {
         const document::shape::ShapeWriteResult written = document::shape::WriteShapeFile(
-            platform, toolsFolder, mainGroup, file, shapeOptions);
+            platform, mainGroup, file, shapeOptions);
         if (!written.Ok()) {
             err << "railwright: cannot write the shape: " << written.error << '\n';
             return false;

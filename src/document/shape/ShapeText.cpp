@@ -1,10 +1,13 @@
 #include "document/shape/ShapeText.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <cstdint>
 #include <set>
 #include <string_view>
+#include <thread>
+#include <vector>
 
 #include "export/common/Windows1252.h"
 #include "support/FloatText.h"
@@ -27,10 +30,16 @@ constexpr int32_t kNormalLightMaterial = -5;
 constexpr int32_t kZBufferMode = 1;
 constexpr int32_t kWrapAddressing = 1;
 constexpr size_t kTrianglesPerLine = 16;
+// Threads that make sub-objects' text at once, at most.
+constexpr size_t kMostTextThreads = 8;
 
-// Text appended piece by piece; every line ends with CR LF.
+// Text appended piece by piece; every line ends with CR LF. With a sink, whole lines are handed
+// on whenever a block has gathered.
 class Text {
   public:
+    Text() = default;
+    explicit Text(const ShapeTextSink* sink) : sink_(sink) { bytes_.reserve(2 * kShapeTextBlock); }
+
     Text& Tabs(int depth) {
         bytes_.append(static_cast<size_t>(depth), '\t');
         return *this;
@@ -83,8 +92,31 @@ class Text {
     }
     Text& End() {
         bytes_ += "\r\n";
+        if (sink_ != nullptr && bytes_.size() >= kShapeTextBlock) {
+            Flush();
+        }
         return *this;
     }
+    // Hands what has gathered to the sink.
+    void Flush() {
+        if (sink_ != nullptr && !bytes_.empty()) {
+            (*sink_)(bytes_);
+            handed_ += bytes_.size();
+            bytes_.clear();
+        }
+    }
+    // A piece made apart (a sub-object), handed on as it is when there is a sink.
+    void Append(const std::string& piece) {
+        if (sink_ == nullptr) {
+            bytes_ += piece;
+            return;
+        }
+        Flush();
+        (*sink_)(piece);
+        handed_ += piece.size();
+    }
+    // Every byte so far, handed on or not.
+    size_t Size() const { return handed_ + bytes_.size(); }
     // "name ( count" on a line of its own.
     Text& Open(int depth, std::string_view name, size_t count) {
         return Tabs(depth).Put(name).Put(" ( ").Int(count).End();
@@ -95,7 +127,9 @@ class Text {
     std::string& Bytes() { return bytes_; }
 
   private:
+    const ShapeTextSink* sink_ = nullptr;
     std::string bytes_;
+    size_t handed_ = 0;
 };
 
 // The writers below keep one line of the file to one statement.
@@ -325,6 +359,48 @@ void WriteSubObject(Text& text, const ShapeData& shape, const SubObject& sub, in
     text.Close(depth);
 }
 
+// clang-format on
+
+// The sub-objects of a level, made a few at a time on the machine's cores and joined in order.
+void WriteSubObjects(Text& text, const ShapeData& shape, const std::vector<SubObject>& subs) {
+    const size_t threads =
+        std::clamp<size_t>(std::thread::hardware_concurrency(), 1, kMostTextThreads);
+    if (threads == 1 || subs.size() < 2) {
+        for (const SubObject& sub : subs) {
+            WriteSubObject(text, shape, sub, 6);
+        }
+        return;
+    }
+    // A window of sub-objects at a time keeps the memory held to a few sub-objects' text.
+    const size_t window = 2 * threads;
+    std::vector<std::string> pieces(window);
+    for (size_t first = 0; first < subs.size(); first += window) {
+        const size_t count = std::min(window, subs.size() - first);
+        std::atomic<size_t> next{0};
+        const auto work = [&] {
+            for (size_t i = next++; i < count; i = next++) {
+                Text piece;
+                piece.Bytes().swap(pieces[i]);
+                piece.Bytes().clear();
+                WriteSubObject(piece, shape, subs[first + i], 6);
+                pieces[i].swap(piece.Bytes());
+            }
+        };
+        std::vector<std::thread> helpers;
+        for (size_t t = 1; t < std::min(threads, count); ++t) {
+            helpers.emplace_back(work);
+        }
+        work();
+        for (std::thread& helper : helpers) {
+            helper.join();
+        }
+        for (size_t i = 0; i < count; ++i) {
+            text.Append(pieces[i]);
+        }
+    }
+}
+
+// clang-format off
 void WriteLevels(Text& text, const ShapeData& shape) {
     text.Open(1, "lod_controls", 1);
     text.Open(2, "lod_control");
@@ -341,9 +417,7 @@ void WriteLevels(Text& text, const ShapeData& shape) {
         text.Put(" )").End();
         text.Close(5);
         text.Open(5, "sub_objects", level.subObjects.size());
-        for (const SubObject& sub : level.subObjects) {
-            WriteSubObject(text, shape, sub, 6);
-        }
+        WriteSubObjects(text, shape, level.subObjects);
         text.Close(5);
         text.Close(4);
     }
@@ -390,7 +464,26 @@ void WriteAnimation(Text& text, const ShapeData& shape, const Animation& animati
 
 // clang-format on
 
+void WriteShape(Text& text, const ShapeData& shape) {
+    text.Put(kSignature).End().End();
+    text.Put("shape (").End();
+    WriteHead(text, shape);
+    WriteLists(text, shape);
+    WriteLevels(text, shape);
+    if (shape.animation) {
+        WriteAnimation(text, shape, *shape.animation);
+    }
+    text.Put(")").End();
+}
+
 }  // namespace
+
+size_t StreamShapeText(const ShapeData& shape, const ShapeTextSink& sink) {
+    Text text(&sink);
+    WriteShape(text, shape);
+    text.Flush();
+    return text.Size();
+}
 
 std::string ShapeText(const ShapeData& shape) {
     Text text;
@@ -406,15 +499,7 @@ std::string ShapeText(const ShapeData& shape) {
     // About what a point, a vertex and a corner take, so that the text grows once.
     text.Bytes().reserve(4096 + shape.points.size() * 40 + shape.normals.size() * 40 +
                          corners * 24);
-    text.Put(kSignature).End().End();
-    text.Put("shape (").End();
-    WriteHead(text, shape);
-    WriteLists(text, shape);
-    WriteLevels(text, shape);
-    if (shape.animation) {
-        WriteAnimation(text, shape, *shape.animation);
-    }
-    text.Put(")").End();
+    WriteShape(text, shape);
     return std::move(text.Bytes());
 }
 

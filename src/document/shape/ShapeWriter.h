@@ -1,6 +1,6 @@
 // The MSTS shape writer of the model document: `Exporter.ExportShape` of the in-memory scene.
 //
-//     ShapeWriteResult written = WriteShapeFile(platform, tools, *mainGroup, "…/loco.s", {2});
+//     ShapeWriteResult written = WriteShapeFile(platform, *mainGroup, "…/loco.s", {2});
 //     if (!written.Ok()) { report(written.error); }
 //
 // The pipeline, one stage per file: MatrixSelection (which groups become matrices, and their
@@ -9,8 +9,8 @@
 // GeometryPacking (shared lists, sub-objects and primitives within the limits), ShapeAnimation
 // (the keys), ShapeText (the file's text) and ExportReport (the counts).
 //
-// The file is written as 8-bit text and converted to Unicode by the tools folder's txt2uni,
-// like every MSTS text file; the report goes beside it as "<name>-report.txt".
+// The file is written directly as the Unicode text (UTF-16LE) that txt2uni would make of the 8-bit
+// text, streamed to the file as it is made; the report goes beside it as "<name>-report.txt".
 #pragma once
 
 #include <cstdint>
@@ -46,11 +46,10 @@ struct [[nodiscard]] ShapeWriteResult {
 };
 
 // Builds the shape of `mainGroup` (a group of the in-memory scene) and writes it to
-// `shapeFile` from scratch, then converts it with txt2uni and writes the report beside it.
-// Nothing here throws.
-ShapeWriteResult WriteShapeFile(support::Platform& platform, const std::string& toolsFolder,
-                                host::SceneGroup& mainGroup, const std::string& shapeFile,
-                                const ShapeOptions& options) noexcept;
+// `shapeFile` from scratch, replacing the file only once the new one is whole, then writes the
+// report beside it. Nothing here throws.
+ShapeWriteResult WriteShapeFile(support::Platform& platform, host::SceneGroup& mainGroup,
+                                const std::string& shapeFile, const ShapeOptions& options) noexcept;
 
 // "<folder>/<name>-report.txt" for "<folder>/<name>.s".
 std::string ReportFileName(const std::string& shapeFile);

@@ -9,6 +9,7 @@
 #include "document/shape/ShapeTesting.h"
 #include "export/ExportFixture.h"
 #include "export/GoldenFile.h"
+#include "export/common/UnicodeConversion.h"
 #include "host/scene/Scene.h"
 
 namespace railwright::document::shape {
@@ -444,7 +445,7 @@ TEST(ShapeFile, IsConvertedToUnicodeWithItsReportBeside) {
     const Scene scene = Vehicle();
     const std::string file = platform.temp / "vehicle.s";
     const ShapeWriteResult written =
-        WriteShapeFile(platform.platform, tools.Folder(), *scene.GroupNamed("Main"), file, {});
+        WriteShapeFile(platform.platform, *scene.GroupNamed("Main"), file, {});
     ASSERT_TRUE(written.Ok()) << written.error;
     const std::string bytes = railwright::testing::GetFile(file);
     ASSERT_GE(bytes.size(), 2u);
@@ -458,9 +459,52 @@ TEST(ShapeFile, IsConvertedToUnicodeWithItsReportBeside) {
 
     const std::string nowhere = platform.temp / "no-such-folder/vehicle.s";
     const ShapeWriteResult refused =
-        WriteShapeFile(platform.platform, tools.Folder(), *scene.GroupNamed("Main"), nowhere, {});
+        WriteShapeFile(platform.platform, *scene.GroupNamed("Main"), nowhere, {});
     EXPECT_FALSE(refused.Ok());
     EXPECT_NE(refused.error.find(nowhere), std::string::npos) << refused.error;
+}
+
+TEST(ShapeFile, IsWhatTxt2UniMakesOfTheShapesText) {
+    // A grid of several sub-objects, its text longer than a block, and a texture whose name
+    // holds characters of the upper half of the code page.
+    host::scene::Shape grid{{}, nullptr};
+    host::scene::TriangleSet set;
+    constexpr uint32_t kSteps = 180;
+    for (uint32_t j = 0; j <= kSteps; ++j) {
+        for (uint32_t i = 0; i <= kSteps; ++i) {
+            grid.vertices.push_back(
+                {static_cast<float>(i) / 7, static_cast<float>(i * j % 11) / 13,
+                 static_cast<float>(j) / 3});
+        }
+    }
+    for (uint32_t j = 0; j < kSteps; ++j) {
+        for (uint32_t i = 0; i < kSteps; ++i) {
+            const uint32_t a = j * (kSteps + 1) + i;
+            set.corners.insert(set.corners.end(), {a, a + kSteps + 1, a + 1});
+        }
+    }
+    grid.triangles.push_back(std::move(set));
+    const Scene scene =
+        SceneBuilder().Group("Main").Mesh("Grid", grid, {"W\u00e4gen \u20ac.tga"}).Build();
+    const auto main = scene.GroupNamed("Main");
+
+    railwright::testing::ExportPlatform platform;
+    const railwright::testing::FakeTools tools(platform.temp / "tools");
+    const std::string file = platform.temp / "grid.s";
+    railwright::testing::PutFile(file, "the shape of an earlier run");
+    const ShapeWriteResult written = WriteShapeFile(platform.platform, *main, file, {});
+    ASSERT_TRUE(written.Ok()) << written.error;
+
+    const BuiltShape built = BuildShape(*main, scene.model->MaterialFields(), {});
+    ASSERT_GT(built.data.levels.at(0).subObjects.size(), 1u);
+    const std::string text = ShapeText(built.data);
+    ASSERT_GT(text.size(), kShapeTextBlock);
+    EXPECT_EQ(written.report.textBytes, text.size());
+    const std::string converted = platform.temp / "converted.s";
+    railwright::testing::PutFile(converted, text);
+    (void)exportcommon::ConvertToUnicode(platform.platform, tools.Folder(), converted);
+    EXPECT_TRUE(railwright::testing::GetFile(file) == railwright::testing::GetFile(converted));
+    EXPECT_FALSE(std::filesystem::exists(file + ".new"));
 }
 
 }  // namespace
