@@ -25,13 +25,29 @@ constexpr uint64_t kPictureFormat = 1;
 // The side of the picture made for a material of one colour.
 constexpr int kPlainPictureSide = 8;
 
-// FNV-1a, 64 bits: enough to tell a model's images apart.
+// A 64-bit hash, enough to tell a model's images apart: eight bytes a step on four lanes, so
+// that hashing a model's images on every run costs little beside reading them.
 class Hash {
   public:
     Hash& Add(std::string_view bytes) {
-        for (const char byte : bytes) {
-            value_ = (value_ ^ static_cast<uint8_t>(byte)) * 0x100000001b3ULL;
+        const char* at = bytes.data();
+        size_t left = bytes.size();
+        std::array<uint64_t, 4> lanes = {value_, value_ ^ kMix1, value_ ^ kMix2, value_ + kMix1};
+        for (; left >= 32; at += 32, left -= 32) {
+            for (size_t lane = 0; lane < 4; ++lane) {
+                uint64_t word;
+                std::memcpy(&word, at + 8 * lane, sizeof word);
+                lanes[lane] = std::rotl(lanes[lane] ^ (word * kMix1), 31) * kMix2;
+            }
         }
+        uint64_t value = bytes.size();
+        for (const uint64_t lane : lanes) {
+            value = std::rotl(value ^ (lane * kMix2), 27) * kMix1 + kMix2;
+        }
+        for (; left > 0; ++at, --left) {
+            value = (value ^ static_cast<uint8_t>(*at)) * 0x100000001b3ULL;
+        }
+        value_ = value ^ (value >> 29);
         return *this;
     }
     Hash& Add(uint64_t number) {
@@ -55,6 +71,8 @@ class Hash {
     }
 
   private:
+    static constexpr uint64_t kMix1 = 0x9E3779B185EBCA87ULL;
+    static constexpr uint64_t kMix2 = 0xC2B2AE3D27D4EB4FULL;
     uint64_t value_ = 0xcbf29ce484222325ULL;
 };
 
