@@ -40,6 +40,8 @@ public:
         err_ << std::flush;
     }
 
+    void Explain(std::string_view why) override { err_ << "railwright: " << why << '\n'; }
+
 private:
     std::ostream& err_;
     bool showProgress_;

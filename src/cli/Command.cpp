@@ -46,7 +46,11 @@ int RunCommand(const std::vector<std::string>& arguments, Console console) {
     applyCommand->add_option("MODEL", apply.model, "The glTF model (.gltf or .glb)")->required();
     applyCommand->add_option("--script", apply.script, "The event script (JSON) the wizard replays")
         ->required();
-    applyCommand->add_option("--msts", apply.msts, "Where MSTS is installed (absent: not installed)");
+    applyCommand->add_option("--msts", apply.msts,
+                             "Where MSTS is installed (absent: not installed). For a rail vehicle "
+                             "it must hold the default trains TRAINS/TRAINSET/DASH9, SCOTSMAN and "
+                             "ACELA, whose cab views and sounds are copied; train.exe is not "
+                             "needed");
     applyCommand->add_option("--railworks", apply.railWorks, "Where RailWorks is installed");
     applyCommand->add_option("--rail-simulator", apply.railSimulator,
                              "Where Rail Simulator is installed");

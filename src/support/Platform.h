@@ -152,6 +152,9 @@ public:
     virtual void Progress(std::string_view task, int done, int total, std::string_view item) {
         (void)task, (void)done, (void)total, (void)item;
     }
+    // Says why an operation failed (the step, the file or folder, the fault), beside the message
+    // box that reports the failure in the system's own words; a front end may show it or not.
+    virtual void Explain(std::string_view why) { (void)why; }
 };
 
 struct Platform {

@@ -421,6 +421,21 @@ TEST_F(SampleRun, RefusesATextureWhoseConvertedFileWouldOpenADevice) {
     EXPECT_FALSE(fs::exists(fs::path(folder_ / "documents") / "TRAINS"));
 }
 
+TEST_F(SampleRun, AFailedExportSaysWhyBesideItsMessageBox) {
+    // An Open Rails content folder: no default trains to copy the cab view and sounds from.
+    fs::remove_all(fs::path(folder_ / "msts") / "TRAINS");
+    const Result result = Apply(std::string(RAILWRIGHT_SOURCE_DIR) + "/examples/diesel.json");
+    EXPECT_EQ(result.status, kExitFailed) << result.err;
+    EXPECT_NE(result.err.find("railwright: The MSTS export failed while writing the vehicle "
+                              "files, cab view and sounds: Path not found: \""),
+              std::string::npos)
+        << result.err;
+    EXPECT_NE(result.err.find("DASH9"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("Railwright: critical: The export of your MSTS project failed."),
+              std::string::npos)
+        << result.err;
+}
+
 TEST_F(SampleRun, ACancelledWizardSavesNothing) {
     const std::string before = testing::GetFile(Model());
     const Result result = Apply(Script(R"({ "events": [ { "click": "cmdCancel" } ] })"));

@@ -45,6 +45,8 @@ void ShowExportedTo(support::UserInterface& ui, std::string_view simulatorName,
 bool FinishExport(support::UserInterface& ui, std::string_view simulatorName,
                   const ExportSteps& steps, const std::string& folder) {
     if (steps.Failed()) {
+        ui.Explain("The " + std::string(simulatorName) + " export failed while " +
+                   steps.Failure());
         ShowExportFailed(ui, simulatorName);
         return false;
     }

@@ -37,17 +37,19 @@ void ShowExportedTo(support::UserInterface& ui, std::string_view simulatorName,
                     const std::string& folder);
 
 // An export's steps in order: a step runs only while none before it has failed, and an error
-// thrown by a step marks the export failed.
+// thrown by a step marks the export failed. `step` says what the step does ("writing the shape
+// data file"), for the explanation of a failure.
 class ExportSteps {
   public:
     template <typename Body>
-    void Run(Body&& body) {
-        Run(body, [] {});
+    void Run(std::string_view step, Body&& body) {
+        Run(step, body, [] {});
     }
 
-    // As Run(body); `onError` runs inside the handler, so that it can read the current error.
+    // As Run(step, body); `onError` runs inside the handler, so that it can read the current
+    // error.
     template <typename Body, typename OnError>
-    void Run(Body&& body, OnError&& onError) {
+    void Run(std::string_view step, Body&& body, OnError&& onError) {
         if (failed_) {
             return;
         }
@@ -55,14 +57,18 @@ class ExportSteps {
             body();
         } catch (...) {
             failed_ = true;
+            failure_ = std::string(step) + ": " + support::CurrentError().description;
             onError();
         }
     }
 
     bool Failed() const { return failed_; }
+    // The failed step and its error's description; empty while no step has failed.
+    const std::string& Failure() const { return failure_; }
 
   private:
     bool failed_ = false;
+    std::string failure_;
 };
 
 // Runs a driver's export and returns its result. An error before the steps (the folders, the
@@ -75,6 +81,8 @@ bool RunExport(support::UserInterface& ui, std::string_view simulatorName,
         return runExport();
     } catch (...) {
         try {
+            ui.Explain("The " + std::string(simulatorName) +
+                       " export failed: " + support::CurrentError().description);
             ShowExportFailed(ui, simulatorName);
         } catch (...) {
             // Nothing may reach the host.

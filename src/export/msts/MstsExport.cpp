@@ -172,23 +172,25 @@ bool MstsExport::Run() {
         return false;
     }
     // The files the options ask for; a failed step skips the ones after it.
-    steps_.Run([&] {
+    steps_.Run("converting the textures", [&] {
         if (Checked(settings::kLongConvertTextures)) {
             ConvertTextures(textures);
         }
     });
-    steps_.Run([&] {
+    steps_.Run("exporting the shape", [&] {
         if (Checked(settings::kLongCreateShape)) {
             ExportShape(*mainIndex);
         }
     });
-    steps_.Run([&] {
+    steps_.Run("writing the shape data file", [&] {
         if (Checked(settings::kLongCreateShapeData)) {
             WriteShapeDataFile(platform_, ToolsFolder(), inputs_.scripting, inputs_.projectName,
                                Long(settings::kLongProjectType), *mainIndex, layout_.shapeFolder);
         }
     });
-    steps_.Run([&] {
+    steps_.Run(IsRailVehicle() ? "writing the vehicle files, cab view and sounds"
+                               : "writing the REF file",
+               [&] {
         if (Checked(settings::kLongCreatexFile)) {
             WriteVehicleOrRefFiles(*mainIndex);
         }

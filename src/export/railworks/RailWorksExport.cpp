@@ -47,7 +47,7 @@ class RailWorksExport {
     // Runs one step unless an earlier one failed. An error is reported through the host's error
     // reporting, its text prefixed with `context`, and marks the export failed.
     template <typename Body>
-    void Step(std::string_view context, Body&& body);
+    void Step(std::string_view step, std::string_view context, Body&& body);
     void ExportFile(bool (host::Exporter::*operation)(const std::string&), const std::string& file);
 
     support::Platform& platform_;
@@ -96,8 +96,8 @@ std::string RailWorksExport::CreateFolders() {
 }
 
 template <typename Body>
-void RailWorksExport::Step(std::string_view context, Body&& body) {
-    steps_.Run(body, [&] {
+void RailWorksExport::Step(std::string_view step, std::string_view context, Body&& body) {
+    steps_.Run(step, body, [&] {
         const support::ErrorInfo error = support::CurrentError();
         support::ReportError(
             ui_, {host::kHostErrorFailed,
@@ -128,7 +128,7 @@ bool RailWorksExport::Run() {
         return false;
     }
     // The textures, then the intermediate files; a failed step skips the ones after it.
-    Step("pConvertTextures error: ", [&] {
+    Step("converting the textures", "pConvertTextures error: ", [&] {
         if (Checked(settings::kLongConvertTextures)) {
             exporttextures::ConversionSettings conversion;
             conversion.toolsFolder = inputs_.application.ToolsFolder();
@@ -141,10 +141,10 @@ bool RailWorksExport::Run() {
         }
     });
     if (Checked(settings::kLongCreateShape)) {
-        Step("CIE_ExportIGS error: ", [&] {
+        Step("writing the .igs file", "CIE_ExportIGS error: ", [&] {
             ExportFile(&host::Exporter::ExportIGS, projectFolder + inputs_.projectName + ".igs");
         });
-        Step("CIE_ExportIA error: ", [&] {
+        Step("writing the .ia file", "CIE_ExportIA error: ", [&] {
             ExportFile(&host::Exporter::ExportIA, projectFolder + inputs_.projectName + ".ia");
         });
     }
