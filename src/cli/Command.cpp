@@ -67,6 +67,29 @@ int RunCommand(const std::vector<std::string>& arguments, Console console) {
                            "Make the TGA pictures of the model's PNG, JPEG and embedded textures "
                            "in a temporary folder removed at exit, not in the user's cache");
 
+    WizardOptions wizard;
+    CLI::App* wizardCommand = app.add_subcommand(
+        "wizard", "Show the wizard for MODEL in the browser, then run the chosen exports and save "
+                  "the model (unless the wizard was cancelled).");
+    wizardCommand->add_option("MODEL", wizard.model, "The glTF model (.gltf or .glb)")->required();
+    wizardCommand->add_option("--msts", wizard.msts, "Where MSTS is installed (absent: not installed)");
+    wizardCommand->add_option("--railworks", wizard.railWorks, "Where RailWorks is installed");
+    wizardCommand->add_option("--rail-simulator", wizard.railSimulator,
+                              "Where Rail Simulator is installed");
+    wizardCommand->add_option("--documents", wizard.documents,
+                              "The documents folder (default: the user's)");
+    wizardCommand->add_option("--tools", wizard.tools,
+                              "The tools folder (default: the tools installed with the program)");
+    wizardCommand->add_option("--settings", wizard.settings,
+                              "The per-user settings file (default: the user's)");
+    wizardCommand->add_option("--output", wizard.output, "Save the model here instead of over MODEL");
+    wizardCommand->add_option("--port", wizard.port, "The port on 127.0.0.1 (default: a free one)")
+        ->check(CLI::Range(1, 65535));
+    wizardCommand->add_flag("--no-cache", wizard.noCache,
+                            "Make the TGA pictures of the model's textures in a temporary folder");
+    wizardCommand->add_flag("--no-browser", wizard.noBrowser,
+                            "Only print the page's address; do not open a browser");
+
     std::string inspectModel;
     bool json = false;
     CLI::App* inspectCommand =
@@ -96,6 +119,9 @@ int RunCommand(const std::vector<std::string>& arguments, Console console) {
     }
     if (applyCommand->parsed()) {
         return Apply(apply, console);
+    }
+    if (wizardCommand->parsed()) {
+        return Wizard(wizard, console);
     }
     return Inspect(inspectModel, json, console);
 }

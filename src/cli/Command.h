@@ -3,6 +3,7 @@
 //   railwright apply MODEL --script FILE [--msts DIR] [--railworks DIR] [--rail-simulator DIR]
 //                    [--documents DIR] [--tools DIR] [--settings FILE] [--output MODEL] [--quiet]
 //                    [--no-cache]
+//   railwright wizard MODEL [the options of apply but --script and --quiet] [--port N] [--no-browser]
 //   railwright inspect MODEL [--json]
 //   railwright --help | --version
 //
@@ -32,9 +33,9 @@ struct Console {
 // Runs the command with its arguments (the program name first) and returns the exit status.
 int RunCommand(const std::vector<std::string>& arguments, Console console);
 
-struct ApplyOptions {
+// What apply and wizard share.
+struct RunOptions {
     std::string model;
-    std::string script;
     std::string msts;
     std::string railWorks;
     std::string railSimulator;
@@ -46,7 +47,17 @@ struct ApplyOptions {
     bool noCache = false;  // the pictures made of the model's textures go to a temporary folder
 };
 
+struct ApplyOptions : RunOptions {
+    std::string script;
+};
+
+struct WizardOptions : RunOptions {
+    int port = 0;  // 0: a free port
+    bool noBrowser = false;
+};
+
 int Apply(const ApplyOptions& options, Console console);
+int Wizard(const WizardOptions& options, Console console);
 int Inspect(const std::string& model, bool json, Console console);
 
 // The tools folder the command uses without --tools: the Windows release's "tools" folder beside

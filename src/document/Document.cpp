@@ -138,6 +138,23 @@ std::string& Document::UserDataString() {
 const std::vector<std::string>& Document::Notices() const {
     return state_->notices;
 }
+std::vector<std::string> Document::ReferencedFiles() const {
+    std::vector<std::string> files{support::Utf8FromPath(state_->file.filename())};
+    for (const char* list : {"buffers", "images"}) {
+        const auto found = state_->json.find(list);
+        if (found == state_->json.end() || !found->is_array()) {
+            continue;
+        }
+        for (const Json& item : *found) {
+            if (item.is_object() && item.contains("uri") && item["uri"].is_string() &&
+                IsRelativeReference(item["uri"].get<std::string>())) {
+                files.push_back(PercentDecode(item["uri"].get<std::string>()));
+            }
+        }
+    }
+    return files;
+}
+
 std::string Document::Path() const {
     return support::Utf8FromPath(state_->file);
 }

@@ -65,6 +65,9 @@ class Document {
 
     // The absolute path of the loaded file.
     std::string Path() const;
+    // The loaded file's name and the files its buffers and images name by relative reference,
+    // as paths relative to the file's folder with "/" between folders (decoded, not checked).
+    std::vector<std::string> ReferencedFiles() const;
     bool IsBinary() const;
 
     // Saves over the loaded file.

@@ -71,6 +71,46 @@ std::optional<std::string> ParseEvent(const json& item, ScriptEvent& event) {
 
 }  // namespace
 
+EventParseResult ParseUserEvent(std::string_view text) {
+    EventParseResult result;
+    if (support::JsonNestingDepth(text) > kMaxNesting) {
+        result.error = "the JSON is nested too deeply";
+        return result;
+    }
+    const json item = json::parse(text, nullptr, false);
+    if (item.is_discarded()) {
+        result.error = "the event is not valid JSON";
+        return result;
+    }
+    support::UserEvent event;
+    if (item.is_object() && item.contains("answer")) {
+        const json& answer = item["answer"];
+        if (item.size() != 1 || !answer.is_string()) {
+            result.error = "an answer is { \"answer\": \"Yes\" }, \"No\" or \"OK\"";
+            return result;
+        }
+        event.kind = support::UserEventKind::Answer;
+        if (answer == "Yes") {
+            event.answer = support::MessageAnswer::Yes;
+        } else if (answer == "No") {
+            event.answer = support::MessageAnswer::No;
+        } else if (answer == "OK") {
+            event.answer = support::MessageAnswer::Ok;
+        } else {
+            result.error = "an answer must be \"Yes\", \"No\" or \"OK\", not " + answer.dump();
+            return result;
+        }
+        result.event = std::move(event);
+        return result;
+    }
+    if (const std::optional<std::string> fault = ParseEvent(item, event)) {
+        result.error = "the event " + *fault;
+        return result;
+    }
+    result.event = std::move(event);
+    return result;
+}
+
 ParseResult ParseEventScript(std::string_view text) {
     ParseResult result;
     if (support::JsonNestingDepth(text) > kMaxNesting) {

@@ -39,4 +39,13 @@ struct ParseResult {
 // position (1-based).
 ParseResult ParseEventScript(std::string_view json);
 
+struct EventParseResult {
+    std::optional<support::UserEvent> event;
+    std::string error;  // what is wrong, when event is empty
+};
+
+// Parses one event as a live front end sends it: an event of the script's "events", or the
+// answer to the waiting message box, { "answer": "Yes" } ("No", "OK").
+EventParseResult ParseUserEvent(std::string_view json);
+
 }  // namespace railwright::ui::script
