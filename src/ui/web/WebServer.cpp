@@ -1,6 +1,7 @@
 #include "ui/web/WebServer.h"
 
 #include <array>
+#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -106,6 +107,7 @@ bool IsPlainRelativePath(std::string_view path) {
 
 struct WebServer::Impl {
     httplib::Server server;
+    std::atomic<bool> listenEnded{false};
     fs::path pageFolder;   // canonical
     fs::path modelFolder;  // canonical
 };
@@ -280,12 +282,20 @@ std::string WebServer::Start() {
         return requested == 0 ? "no free port on 127.0.0.1"
                               : "port " + std::to_string(requested) + " on 127.0.0.1 is taken";
     }
-    thread_ = std::thread([this] { impl_->server.listen_after_bind(); });
+    thread_ = std::thread([this] {
+        impl_->server.listen_after_bind();
+        impl_->listenEnded = true;
+    });
     return {};
 }
 
 void WebServer::Stop() {
     if (thread_.joinable()) {
+        // Waits still pending end now; a stop before the server runs would be lost.
+        ui_.Close();
+        while (!impl_->server.is_running() && !impl_->listenEnded) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         impl_->server.stop();
         thread_.join();
     }
