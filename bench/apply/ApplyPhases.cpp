@@ -168,11 +168,8 @@ Phases RunOnce(const fs::path& model, const std::string& pristine, const std::st
     Clock::duration shapeTime{};
     Clock::duration shapeTools{};
     railwright::host::scene::ExporterBehaviour exporters;
-    exporters.exportShape = [&](railwright::host::SceneGroup& main, const std::string& file) {
-        const auto& longs = document.UserDataLongs();
-        const railwright::document::shape::ShapeOptions options{
-            longs[railwright::settings::kLongDistanceLevels],
-            longs[railwright::settings::kLongRetainSubObjects] == 1};
+    exporters.exportShape = [&](railwright::host::SceneGroup& main, const std::string& file,
+                                const railwright::host::ShapeExportOptions& options) {
         const auto toolsBefore = processes.txt2uni;
         const auto started = Clock::now();
         const auto written = railwright::document::shape::WriteShapeFile(platform, main, file,
