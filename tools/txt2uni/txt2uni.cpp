@@ -34,27 +34,6 @@ bool StartsWithByteOrderMark(const std::string& bytes) {
            static_cast<unsigned char>(bytes[1]) == 0xFE;
 }
 
-std::string ToUtf16LittleEndian(const std::string& bytes) {
-    // One table lookup per byte: the two little-endian bytes of each character.
-    std::array<std::array<char, 2>, 256> units{};
-    for (size_t byte = 0; byte < units.size(); ++byte) {
-        const char16_t unit =
-            railwright::exportcommon::FromWindows1252(static_cast<uint8_t>(byte));
-        units[byte] = {static_cast<char>(unit & 0xFFu), static_cast<char>(unit >> 8)};
-    }
-    std::string wide(2 + 2 * bytes.size(), '\0');
-    wide[0] = '\xFF';
-    wide[1] = '\xFE';
-    char* out = wide.data() + 2;
-    for (const char byte : bytes) {
-        const std::array<char, 2>& unit = units[static_cast<uint8_t>(byte)];
-        out[0] = unit[0];
-        out[1] = unit[1];
-        out += 2;
-    }
-    return wide;
-}
-
 // Moves `from` over `to`; where the platform refuses to rename over an existing file, the old
 // file is removed first.
 bool Replace(const fs::path& from, const fs::path& to) {
@@ -110,7 +89,7 @@ int main(int argc, char** argv) {
     temporary += ".txt2uni-new";
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        const std::string wide = ToUtf16LittleEndian(bytes);
+        const std::string wide = railwright::exportcommon::ToUtf16LittleEndian(bytes);
         out.write(wide.data(), static_cast<std::streamsize>(wide.size()));
         out.close();
         if (!out) {

@@ -88,4 +88,24 @@ char16_t FromWindows1252(uint8_t byte) {
     return byte;
 }
 
+std::string ToUtf16LittleEndian(std::string_view bytes) {
+    // One table lookup per byte: the two little-endian bytes of each character.
+    std::array<std::array<char, 2>, 256> units{};
+    for (size_t byte = 0; byte < units.size(); ++byte) {
+        const char16_t unit = FromWindows1252(static_cast<uint8_t>(byte));
+        units[byte] = {static_cast<char>(unit & 0xFFu), static_cast<char>(unit >> 8)};
+    }
+    std::string wide(2 + 2 * bytes.size(), '\0');
+    wide[0] = '\xFF';
+    wide[1] = '\xFE';
+    char* out = wide.data() + 2;
+    for (const char byte : bytes) {
+        const std::array<char, 2>& unit = units[static_cast<uint8_t>(byte)];
+        out[0] = unit[0];
+        out[1] = unit[1];
+        out += 2;
+    }
+    return wide;
+}
+
 }  // namespace railwright::exportcommon

@@ -20,4 +20,8 @@ std::string ToWindows1252(std::string_view utf8);
 // control characters of the same value, both ways, as the Windows conversion treats them.
 char16_t FromWindows1252(uint8_t byte);
 
+// Windows-1252 text as UTF-16LE with its byte order mark, the form in which the simulator reads
+// its text files: two bytes for every byte of `bytes`, line ends kept.
+std::string ToUtf16LittleEndian(std::string_view bytes);
+
 }  // namespace railwright::exportcommon
