@@ -55,8 +55,12 @@ void SelectStored(Control& list, int32_t index) {
     list.SetListIndex(index);
 }
 
-// A "+1" slot: 1 unchecked, 2 checked, and 0 (never stored) checked.
+// A "+1" slot: 1 unchecked, 2 checked, and 0 (never stored) checked. A check box holds 0, 1 or
+// 2 (greyed); the toolkit refuses any other state.
 int32_t PlusOneState(int32_t stored) {
+    if (stored < 0 || stored > 3) {
+        throw support::RunTimeError(kErrorInvalidPropertyValue, "Invalid property value");
+    }
     return stored == 0 ? 1 : stored - 1;
 }
 int32_t PlusOneSlot(const Control& box) {
