@@ -2,6 +2,8 @@
 // event script.
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <optional>
 #include <sstream>
 
 #include "cli/Command.h"
@@ -9,6 +11,9 @@
 #include "support/Utf8Paths.h"
 #include "support/WholeFile.h"
 #include "ui/script/ScriptedUserInterface.h"
+#ifdef _WIN32
+#include "ui/win32/Win32UserInterface.h"
+#endif
 
 namespace railwright::cli {
 namespace {
@@ -37,34 +42,72 @@ private:
     bool showProgress_;
 };
 
+#ifdef _WIN32
+// The groups of the view's list: every group in Scripting.Group order, indented by its depth.
+std::vector<ui::win32::ViewGroup> ViewGroupsOf(host::scene::Scene& scene) {
+    std::vector<ui::win32::ViewGroup> groups;
+    host::Scripting& scripting = *scene.scripting;
+    for (int32_t index = 0; index < scripting.GroupCount(); ++index) {
+        const std::shared_ptr<host::SceneGroup> group = scripting.Group(index);
+        int depth = 0;
+        for (std::shared_ptr<host::SceneGroup> parent = group->Parent();
+             parent != nullptr && depth < index; parent = parent->Parent()) {
+            ++depth;
+        }
+        groups.push_back({group->Name(), depth});
+    }
+    return groups;
+}
+#endif
+
 }  // namespace
 
 int Apply(const ApplyOptions& options, Console console) {
     std::ostream& err = console.err;
 
     // Everything the run needs is checked before anything is written.
-    const std::optional<std::string> scriptText =
-        support::ReadWholeFile(support::PathFromUtf8(options.script));
-    if (!scriptText) {
-        err << "railwright: cannot read the script \"" << options.script << "\"\n";
-        return kExitUsage;
-    }
-    ui::script::ParseResult parsed = ui::script::ParseEventScript(*scriptText);
-    if (!parsed.script) {
-        err << "railwright: the script \"" << options.script << "\" is not usable: "
-            << parsed.error << '\n';
-        return kExitUsage;
+    ui::script::ParseResult parsed;
+    if (!options.script.empty()) {
+        const std::optional<std::string> scriptText =
+            support::ReadWholeFile(support::PathFromUtf8(options.script));
+        if (!scriptText) {
+            err << "railwright: cannot read the script \"" << options.script << "\"\n";
+            return kExitUsage;
+        }
+        parsed = ui::script::ParseEventScript(*scriptText);
+        if (!parsed.script) {
+            err << "railwright: the script \"" << options.script << "\" is not usable: "
+                << parsed.error << '\n';
+            return kExitUsage;
+        }
     }
     PluginRun run(options, console);
     if (const int status = run.Open(); status != kExitSuccess) {
         return status;
     }
     const bool showProgress = console.errIsTerminal && !options.quiet;
-    CommandLineInterface ui(std::move(*parsed.script), err, showProgress);
+    // The front end: the event script, or without one (on Windows) the wizard's own windows.
+    std::optional<CommandLineInterface> scripted;
+#ifdef _WIN32
+    std::optional<ui::win32::Win32UserInterface> windows;
+    if (!parsed.script) {
+        windows.emplace(&err);
+        host::scene::Scene& scene = run.Model().Scene();
+        windows->SetViewGroups([&scene] { return ViewGroupsOf(scene); });
+    } else
+#endif
+    {
+        scripted.emplace(std::move(*parsed.script), err, showProgress);
+    }
+    support::ModalUserInterface& ui =
+#ifdef _WIN32
+        windows ? static_cast<support::ModalUserInterface&>(*windows) :
+#endif
+                static_cast<support::ModalUserInterface&>(*scripted);
     const plugin::ApplyOutcome outcome = run.Run(ui);
 
-    if (!ui.Faults().empty()) {
-        for (const std::string& fault : ui.Faults()) {
+    if (scripted && !scripted->Faults().empty()) {
+        for (const std::string& fault : scripted->Faults()) {
             err << "railwright: script \"" << options.script << "\": " << fault << '\n';
         }
         err << "railwright: the model was not saved\n";

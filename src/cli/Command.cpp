@@ -44,8 +44,15 @@ int RunCommand(const std::vector<std::string>& arguments, Console console) {
         "apply", "Run the wizard on MODEL under an event script, then the chosen exports, and "
                  "save the model (unless the wizard was cancelled).");
     applyCommand->add_option("MODEL", apply.model, "The glTF model (.gltf or .glb)")->required();
+#ifdef _WIN32
+    // On Windows the wizard can also be shown in its own windows, for a person to use.
+    applyCommand->add_option("--script", apply.script,
+                             "The event script (JSON) the wizard replays (absent: the wizard is "
+                             "shown in its windows)");
+#else
     applyCommand->add_option("--script", apply.script, "The event script (JSON) the wizard replays")
         ->required();
+#endif
     applyCommand->add_option("--msts", apply.msts,
                              "Where MSTS is installed (absent: not installed). For a rail vehicle "
                              "it must hold the default trains TRAINS/TRAINSET/DASH9, SCOTSMAN and "

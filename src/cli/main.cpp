@@ -8,6 +8,7 @@
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
+#include <shellapi.h>
 #else
 #include <unistd.h>
 #endif
@@ -31,6 +32,23 @@ std::string ProgramFolder(const char* argv0) {
     return railwright::support::Utf8FromPath(std::filesystem::absolute(railwright::support::PathFromUtf8(argv0), error).parent_path());
 }
 
+// The arguments as UTF-8. On Windows argv is in the ANSI code page, which cannot hold every
+// name: they are read again from the wide command line.
+std::vector<std::string> Arguments(int argc, char** argv) {
+#ifdef _WIN32
+    int count = 0;
+    if (wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        std::vector<std::string> arguments;
+        for (int i = 0; i < count; ++i) {
+            arguments.push_back(railwright::support::Utf8FromPath(std::filesystem::path(wide[i])));
+        }
+        LocalFree(wide);
+        return arguments;
+    }
+#endif
+    return {argv, argv + argc};
+}
+
 bool ErrorIsTerminal() {
 #ifdef _WIN32
     return _isatty(_fileno(stderr)) != 0;
@@ -43,7 +61,7 @@ bool ErrorIsTerminal() {
 
 int main(int argc, char** argv) {
     try {
-        std::vector<std::string> arguments(argv, argv + argc);
+        std::vector<std::string> arguments = Arguments(argc, argv);
         return railwright::cli::RunCommand(
             arguments, {std::cout, std::cerr, ErrorIsTerminal(), ProgramFolder(argv[0])});
     } catch (const std::exception& error) {
